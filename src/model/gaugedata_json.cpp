@@ -1,0 +1,165 @@
+#include "gaugedata.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace {
+
+QJsonObject divisionToJson(int count, double innerRadius, double outerRadius, double width,
+                           const QColor &color)
+{
+    return {{QStringLiteral("count"), count},
+            {QStringLiteral("innerRadius"), innerRadius},
+            {QStringLiteral("outerRadius"), outerRadius},
+            {QStringLiteral("width"), width},
+            {QStringLiteral("color"), color.name()}};
+}
+
+QJsonObject arcToJson(double startAngle, double angleLength, double radius, double width, const QColor &color)
+{
+    return {{QStringLiteral("startAngle"), startAngle},
+            {QStringLiteral("angleLength"), angleLength},
+            {QStringLiteral("radius"), radius},
+            {QStringLiteral("width"), width},
+            {QStringLiteral("color"), color.name()}};
+}
+
+double jsonDouble(const QJsonObject &json, const char *key, double fallback)
+{
+    return json.value(QLatin1String(key)).toDouble(fallback);
+}
+
+int jsonInt(const QJsonObject &json, const char *key, int fallback)
+{
+    return json.value(QLatin1String(key)).toInt(fallback);
+}
+
+bool jsonBool(const QJsonObject &json, const char *key, bool fallback)
+{
+    return json.value(QLatin1String(key)).toBool(fallback);
+}
+
+QColor jsonColor(const QJsonObject &json, const char *key, const QColor &fallback)
+{
+    const QColor color = QColor::fromString(json.value(QLatin1String(key)).toString());
+    return color.isValid() ? color : fallback;
+}
+
+QJsonObject jsonObject(const QJsonObject &json, const char *key)
+{
+    return json.value(QLatin1String(key)).toObject();
+}
+
+QJsonArray jsonArray(const QJsonObject &json, const char *key)
+{
+    return json.value(QLatin1String(key)).toArray();
+}
+
+QJsonObject fontToJson(const QFont &font)
+{
+    return {{QStringLiteral("family"), font.family()},
+            {QStringLiteral("pointSize"), font.pointSize()},
+            {QStringLiteral("bold"), font.weight() > QFont::Medium},
+            {QStringLiteral("italic"), font.style() != QFont::StyleNormal}};
+}
+
+/// The font is built anew, so whatever @a json does not say of bold and italic is off.
+QFont fontFromJson(const QJsonObject &json, const QFont &current)
+{
+    const int pointSize = jsonInt(json, "pointSize", current.pointSize());
+    const QString family = json.value(QLatin1String("family")).toString(current.family());
+    QFont font(family, pointSize);
+    font.setWeight(jsonBool(json, "bold", false) ? QFont::Bold : QFont::Normal);
+    font.setStyle(jsonBool(json, "italic", false) ? QFont::StyleItalic : QFont::StyleNormal);
+    return font;
+}
+
+} // namespace
+
+bool gaugeData::isDefault() const
+{
+    return toJson() == gaugeData().toJson();
+}
+
+QJsonObject gaugeData::toJson() const
+{
+    const QJsonObject gauge{{QStringLiteral("startAngle"), startAngle},
+                            {QStringLiteral("angleLength"), angleLength},
+                            {QStringLiteral("bias"), bias},
+                            {QStringLiteral("midpointBias"), midpointBias},
+                            {QStringLiteral("roundedTickCaps"), roundedTickCaps},
+                            {QStringLiteral("roundedArcCaps"), roundedArcCaps}};
+
+    QJsonArray divisions;
+    for (size_t ring = 0; ring < divisionCount.size(); ++ring) {
+        divisions.append(divisionToJson(divisionCount[ring], divisionInnerRadius[ring],
+                                        divisionOuterRadius[ring], divisionLineWidth[ring],
+                                        divisionColor[ring]));
+    }
+
+    QJsonArray arcs;
+    for (size_t arc = 0; arc < arcRadius.size(); ++arc) {
+        arcs.append(
+            arcToJson(arcStartAngle[arc], arcAngleLength[arc], arcRadius[arc], arcWidth[arc], arcColor[arc]));
+    }
+
+    const QJsonObject ticks{{QStringLiteral("enabled"), tickCountEnabled},
+                            {QStringLiteral("start"), tickCountStart},
+                            {QStringLiteral("increment"), tickCountIncrement},
+                            {QStringLiteral("decimalPlaces"), tickCountDecimalPlaces},
+                            {QStringLiteral("radius"), tickCountRadius},
+                            {QStringLiteral("rotate"), tickCountRotate},
+                            {QStringLiteral("skipFirst"), tickCountSkipFirst},
+                            {QStringLiteral("font"), fontToJson(tickCountFont)},
+                            {QStringLiteral("color"), tickCountColor.name()}};
+
+    return {{QStringLiteral("gauge"), gauge},
+            {QStringLiteral("divisions"), divisions},
+            {QStringLiteral("arcs"), arcs},
+            {QStringLiteral("ticks"), ticks}};
+}
+
+void gaugeData::fromJson(const QJsonObject &json)
+{
+    const QJsonObject gauge = jsonObject(json, "gauge");
+    startAngle = jsonDouble(gauge, "startAngle", startAngle);
+    angleLength = jsonDouble(gauge, "angleLength", angleLength);
+    bias = jsonDouble(gauge, "bias", bias);
+    midpointBias = jsonBool(gauge, "midpointBias", midpointBias);
+    roundedTickCaps = jsonBool(gauge, "roundedTickCaps", roundedTickCaps);
+    roundedArcCaps = jsonBool(gauge, "roundedArcCaps", roundedArcCaps);
+
+    const QJsonArray divisions = jsonArray(json, "divisions");
+    const auto rings = std::min(static_cast<size_t>(divisions.size()), divisionCount.size());
+    for (size_t ring = 0; ring < rings; ++ring) {
+        const QJsonObject division = divisions.at(static_cast<qsizetype>(ring)).toObject();
+        divisionCount[ring] = jsonInt(division, "count", divisionCount[ring]);
+        divisionInnerRadius[ring] = jsonDouble(division, "innerRadius", divisionInnerRadius[ring]);
+        divisionOuterRadius[ring] = jsonDouble(division, "outerRadius", divisionOuterRadius[ring]);
+        divisionLineWidth[ring] = jsonDouble(division, "width", divisionLineWidth[ring]);
+        divisionColor[ring] = jsonColor(division, "color", divisionColor[ring]);
+    }
+
+    const QJsonArray arcElements = jsonArray(json, "arcs");
+    const auto arcs = std::min(static_cast<size_t>(arcElements.size()), arcRadius.size());
+    for (size_t arc = 0; arc < arcs; ++arc) {
+        const QJsonObject element = arcElements.at(static_cast<qsizetype>(arc)).toObject();
+        arcStartAngle[arc] = jsonDouble(element, "startAngle", arcStartAngle[arc]);
+        arcAngleLength[arc] = jsonDouble(element, "angleLength", arcAngleLength[arc]);
+        arcRadius[arc] = jsonDouble(element, "radius", arcRadius[arc]);
+        arcWidth[arc] = jsonDouble(element, "width", arcWidth[arc]);
+        arcColor[arc] = jsonColor(element, "color", arcColor[arc]);
+    }
+
+    const QJsonObject ticks = jsonObject(json, "ticks");
+    tickCountEnabled = jsonBool(ticks, "enabled", tickCountEnabled);
+    tickCountStart = jsonDouble(ticks, "start", tickCountStart);
+    tickCountIncrement = jsonDouble(ticks, "increment", tickCountIncrement);
+    tickCountDecimalPlaces = jsonInt(ticks, "decimalPlaces", tickCountDecimalPlaces);
+    tickCountRadius = jsonDouble(ticks, "radius", tickCountRadius);
+    tickCountRotate = jsonBool(ticks, "rotate", tickCountRotate);
+    tickCountSkipFirst = jsonBool(ticks, "skipFirst", tickCountSkipFirst);
+    tickCountColor = jsonColor(ticks, "color", tickCountColor);
+    tickCountFont = fontFromJson(jsonObject(ticks, "font"), tickCountFont);
+}

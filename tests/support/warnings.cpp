@@ -1,0 +1,12 @@
+#include "warnings.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+void failOnUnexpectedWarnings()
+{
+    static const QRegularExpression unexpected(
+        QStringLiteral("^(?!Could not parse stylesheet of object Q(ToolButton|Label)\\("
+                       "|Unknown property lineHeight$)"));
+    QTest::failOnWarning(unexpected);
+}
