@@ -14,7 +14,11 @@ namespace {
 class FirstFrame : public QObject
 {
 public:
-    explicit FirstFrame(QWidget &window) : QObject(&window) { window.installEventFilter(this); }
+    explicit FirstFrame(QWidget &window)
+        : QObject(&window)
+    {
+        window.installEventFilter(this);
+    }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
