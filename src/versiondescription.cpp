@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr qsizetype largestDescription = 1024 * 1024;
+constexpr qsizetype largestDescription = qsizetype(1024) * 1024;
 constexpr int deepestNesting = 256;
 
 /// Whether the text would cost QDomDocument more than a description is worth: it builds nested elements and

@@ -13,10 +13,6 @@
 
 Window::Window(QWidget *parent)
     : QWidget(parent)
-    , renderArea(nullptr)
-    , networkManager(nullptr)
-    , updateReply(nullptr)
-    , manualUpdateCheck(false)
 {
     ui.setupUi(this);
     renderArea = new RenderArea(nullptr);

@@ -169,10 +169,10 @@ private:
     void offerUpdate(const QString &version, const QString &notes, const QString &downloadUrl);
 
     Ui_Window ui;
-    RenderArea *renderArea;
-    QNetworkAccessManager *networkManager;
-    QNetworkReply *updateReply;
-    bool manualUpdateCheck;
+    RenderArea *renderArea = nullptr;
+    QNetworkAccessManager *networkManager = nullptr;
+    QNetworkReply *updateReply = nullptr;
+    bool manualUpdateCheck = false;
     QString dataDir;
     QString documentDir;
 };
