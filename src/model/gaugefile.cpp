@@ -29,10 +29,9 @@ bool readJson(const QByteArray &bytes, QList<gaugeLayer> &layers, QString *error
     layers.reserve(elements.size());
     for (const auto &element : elements) {
         const QJsonObject object = element.toObject();
-        gaugeLayer layer;
+        gaugeLayer &layer = layers.emplaceBack();
         layer.data.fromJson(object);
         layer.name = object.value(QLatin1String("name")).toString();
-        layers.append(layer);
     }
     return true;
 }
