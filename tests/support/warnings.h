@@ -2,7 +2,8 @@
 #define WARNINGS_H
 
 /// Makes the running test fail when Qt warns of anything but the two style sheets that are meant to be as
-/// they are: the colour buttons' with their lone closing brace, and the about label's. Call it from init().
+/// they are, the colour buttons' with their lone closing brace and the about label's, and of what the
+/// offscreen platform says of every window with size limits that is shown. Call it from init().
 void failOnUnexpectedWarnings();
 
 #endif
