@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QGridLayout>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 
 Window::Window(QWidget *parent)
     : QWidget(parent)

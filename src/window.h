@@ -6,6 +6,7 @@
 #include "ui_window.h"
 
 #include <QList>
+#include <QNetworkReply> // whole, so that the slot that takes one can be called by its name
 #include <QString>
 #include <QUrl>
 #include <QWidget>
@@ -14,7 +15,6 @@
 
 class QListWidgetItem;
 class QNetworkAccessManager;
-class QNetworkReply;
 class RenderArea;
 
 /// The editor: the one top-level window. It binds the form's controls to the active layer, keeps the layer
