@@ -40,6 +40,29 @@ void Editor::show()
     QCoreApplication::processEvents();
 }
 
+QStringList boundControls()
+{
+    QStringList names{u"gaugeStartAngleSpinBox"_s, u"gaugeAngleLengthSpinBox"_s, u"gaugeBiasSpinBox"_s,
+                      u"biasTypeComboBox"_s, u"roundedTickCapsCheckBox"_s};
+    for (int ring = 1; ring <= 3; ++ring) {
+        for (const auto control : {"SpinBox"_L1, "InnerRadiusSpinBox"_L1, "OuterRadiusSpinBox"_L1,
+                                   "WidthSpinBox"_L1, "ColorButton"_L1})
+            names.append(u"gaugeDivisions%1%2"_s.arg(ring).arg(control));
+    }
+    names.append(u"roundedArcCapsCheckBox"_s);
+    for (int arc = 1; arc <= 4; ++arc) {
+        for (const auto control : {"StartAngleSpinBox"_L1, "AngleLengthSpinBox"_L1, "RadiusSpinBox"_L1,
+                                   "WidthSpinBox"_L1, "ColorButton"_L1})
+            names.append(u"arc%1%2"_s.arg(arc).arg(control));
+    }
+    names += {u"tickCountRadiusSpinBox"_s,  u"tickCountDecimalPlacesSpinBox"_s,
+              u"tickCountStartSpinBox"_s,   u"tickCountIncrementSpinBox"_s,
+              u"tickCountFontButton"_s,     u"tickColorButton"_s,
+              u"tickCountRotateCheckBox"_s, u"tickCountCheckBox"_s,
+              u"skipFirstTickCheckBox"_s};
+    return names;
+}
+
 bool PaintCounter::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Paint)
@@ -49,74 +72,80 @@ bool PaintCounter::eventFilter(QObject *watched, QEvent *event)
 
 namespace {
 
-bool same(double one, double other)
+QVariant written(const QFont &font)
 {
-    return std::bit_cast<quint64>(one) == std::bit_cast<quint64>(other);
-}
-
-bool same(int one, int other)
-{
-    return one == other;
-}
-
-bool same(const QColor &one, const QColor &other)
-{
-    return one == other;
-}
-
-bool same(const QFont &one, const QFont &other)
-{
-    return one.family() == other.family() && one.pointSize() == other.pointSize() &&
-           one.bold() == other.bold() && one.italic() == other.italic();
+    return QVariantList{font.family(), font.pointSize(), font.bold(), font.italic()};
 }
 
 template <typename Value>
-void note(QStringList &differing, QLatin1StringView name, const Value &one, const Value &other)
+QVariant written(const Value &value)
 {
-    if (!same(one, other))
-        differing.append(name.toString());
+    return QVariant::fromValue(value);
+}
+
+template <typename Value>
+void addField(QVariantMap &fields, QLatin1StringView name, const Value &value)
+{
+    fields.insert(name.toString(), written(value));
 }
 
 template <typename Value, size_t Count>
-void note(QStringList &differing, QLatin1StringView name, const std::array<Value, Count> &one,
-          const std::array<Value, Count> &other)
+void addField(QVariantMap &fields, QLatin1StringView name, const std::array<Value, Count> &values)
 {
-    for (size_t index = 0; index < Count; ++index) {
-        if (!same(one.at(index), other.at(index)))
-            differing.append(u"%1[%2]"_s.arg(name).arg(index));
-    }
+    for (size_t index = 0; index < Count; ++index)
+        fields.insert(u"%1[%2]"_s.arg(name).arg(index), written(values.at(index)));
+}
+
+bool same(const QVariant &one, const QVariant &other)
+{
+    if (one.metaType() != QMetaType::fromType<double>())
+        return one == other;
+    // So that what is not a number equals itself, and the two zeros differ.
+    return std::bit_cast<quint64>(one.toDouble()) == std::bit_cast<quint64>(other.toDouble());
 }
 
 } // namespace
 
+QVariantMap fieldsOf(const gaugeData &layer)
+{
+    QVariantMap fields;
+    addField(fields, "startAngle"_L1, layer.startAngle);
+    addField(fields, "angleLength"_L1, layer.angleLength);
+    addField(fields, "bias"_L1, layer.bias);
+    addField(fields, "midpointBias"_L1, layer.midpointBias);
+    addField(fields, "roundedTickCaps"_L1, layer.roundedTickCaps);
+    addField(fields, "divisionCount"_L1, layer.divisionCount);
+    addField(fields, "divisionInnerRadius"_L1, layer.divisionInnerRadius);
+    addField(fields, "divisionOuterRadius"_L1, layer.divisionOuterRadius);
+    addField(fields, "divisionLineWidth"_L1, layer.divisionLineWidth);
+    addField(fields, "divisionColor"_L1, layer.divisionColor);
+    addField(fields, "roundedArcCaps"_L1, layer.roundedArcCaps);
+    addField(fields, "arcStartAngle"_L1, layer.arcStartAngle);
+    addField(fields, "arcAngleLength"_L1, layer.arcAngleLength);
+    addField(fields, "arcRadius"_L1, layer.arcRadius);
+    addField(fields, "arcWidth"_L1, layer.arcWidth);
+    addField(fields, "arcColor"_L1, layer.arcColor);
+    addField(fields, "tickCountEnabled"_L1, layer.tickCountEnabled);
+    addField(fields, "tickCountStart"_L1, layer.tickCountStart);
+    addField(fields, "tickCountIncrement"_L1, layer.tickCountIncrement);
+    addField(fields, "tickCountDecimalPlaces"_L1, layer.tickCountDecimalPlaces);
+    addField(fields, "tickCountRadius"_L1, layer.tickCountRadius);
+    addField(fields, "tickCountRotate"_L1, layer.tickCountRotate);
+    addField(fields, "tickCountSkipFirst"_L1, layer.tickCountSkipFirst);
+    addField(fields, "tickCountFont"_L1, layer.tickCountFont);
+    addField(fields, "tickCountColor"_L1, layer.tickCountColor);
+    return fields;
+}
+
 QStringList differingFields(const gaugeData &one, const gaugeData &other)
 {
+    const QVariantMap fields = fieldsOf(one);
+    const QVariantMap otherFields = fieldsOf(other);
     QStringList differing;
-    note(differing, "startAngle"_L1, one.startAngle, other.startAngle);
-    note(differing, "angleLength"_L1, one.angleLength, other.angleLength);
-    note(differing, "bias"_L1, one.bias, other.bias);
-    note(differing, "midpointBias"_L1, one.midpointBias, other.midpointBias);
-    note(differing, "roundedTickCaps"_L1, one.roundedTickCaps, other.roundedTickCaps);
-    note(differing, "divisionCount"_L1, one.divisionCount, other.divisionCount);
-    note(differing, "divisionInnerRadius"_L1, one.divisionInnerRadius, other.divisionInnerRadius);
-    note(differing, "divisionOuterRadius"_L1, one.divisionOuterRadius, other.divisionOuterRadius);
-    note(differing, "divisionLineWidth"_L1, one.divisionLineWidth, other.divisionLineWidth);
-    note(differing, "divisionColor"_L1, one.divisionColor, other.divisionColor);
-    note(differing, "roundedArcCaps"_L1, one.roundedArcCaps, other.roundedArcCaps);
-    note(differing, "arcStartAngle"_L1, one.arcStartAngle, other.arcStartAngle);
-    note(differing, "arcAngleLength"_L1, one.arcAngleLength, other.arcAngleLength);
-    note(differing, "arcRadius"_L1, one.arcRadius, other.arcRadius);
-    note(differing, "arcWidth"_L1, one.arcWidth, other.arcWidth);
-    note(differing, "arcColor"_L1, one.arcColor, other.arcColor);
-    note(differing, "tickCountEnabled"_L1, one.tickCountEnabled, other.tickCountEnabled);
-    note(differing, "tickCountStart"_L1, one.tickCountStart, other.tickCountStart);
-    note(differing, "tickCountIncrement"_L1, one.tickCountIncrement, other.tickCountIncrement);
-    note(differing, "tickCountDecimalPlaces"_L1, one.tickCountDecimalPlaces, other.tickCountDecimalPlaces);
-    note(differing, "tickCountRadius"_L1, one.tickCountRadius, other.tickCountRadius);
-    note(differing, "tickCountRotate"_L1, one.tickCountRotate, other.tickCountRotate);
-    note(differing, "tickCountSkipFirst"_L1, one.tickCountSkipFirst, other.tickCountSkipFirst);
-    note(differing, "tickCountFont"_L1, one.tickCountFont, other.tickCountFont);
-    note(differing, "tickCountColor"_L1, one.tickCountColor, other.tickCountColor);
+    for (auto field = fields.begin(); field != fields.end(); ++field) {
+        if (!same(field.value(), otherFields.value(field.key())))
+            differing.append(field.key());
+    }
     return differing;
 }
 

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QLatin1StringView>
 #include <QStringList>
+#include <QVariantMap>
 
 /// The editor as a test meets it: a real window, its controls by their object names, its preview. It is not
 /// shown unless a test shows it.
@@ -40,6 +41,9 @@ public:
     Window window;
 };
 
+/// The names of the 50 controls that are bound to the layer, in the order in which their signals are blocked.
+[[nodiscard]] QStringList boundControls();
+
 /// Counts how often a widget is painted.
 class PaintCounter : public QObject
 {
@@ -55,8 +59,11 @@ private:
     int m_count = 0;
 };
 
-/// The names of the fields in which two records differ, members of an array with their index, such as
-/// "arcRadius[2]". Doubles are told apart bit by bit, fonts by family, size, bold and italic.
+/// The fields of a record by name, members of an array with their index, such as "arcRadius[2]". A font is
+/// told by family, size, bold and italic.
+[[nodiscard]] QVariantMap fieldsOf(const gaugeData &layer);
+
+/// The names of the fields in which two records differ, doubles told apart bit by bit.
 [[nodiscard]] QStringList differingFields(const gaugeData &one, const gaugeData &other);
 
 /// A record in which every field differs from its default and that every control can show as it is. A larger
