@@ -19,6 +19,27 @@ void DialogAnswers::expectFile(const QString &path)
     });
 }
 
+void DialogAnswers::expectMessage(const QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                                  const QString &text)
+{
+    expect<QMessageBox>([this, parent, icon, title, text](QMessageBox &box) {
+        if (box.parentWidget() != parent)
+            m_problems.append(QStringLiteral("the message \"%1\" has another parent").arg(box.windowTitle()));
+        if (box.icon() != icon)
+            m_problems.append(QStringLiteral("icon %1 in place of %2").arg(box.icon()).arg(icon));
+        if (box.windowTitle() != title)
+            m_problems.append(
+                QStringLiteral("title \"%1\" in place of \"%2\"").arg(box.windowTitle(), title));
+        if (box.text() != text)
+            m_problems.append(QStringLiteral("text \"%1\" in place of \"%2\"").arg(box.text(), text));
+        if (!box.informativeText().isEmpty() || !box.detailedText().isEmpty())
+            m_problems.append(QStringLiteral("more text than \"%1\"").arg(text));
+        if (box.buttons().size() != 1 || box.standardButtons() != QMessageBox::Ok)
+            m_problems.append(QStringLiteral("the message \"%1\" offers more than OK").arg(text));
+        box.accept();
+    });
+}
+
 QStringList DialogAnswers::problems() const
 {
     QStringList all = m_problems;

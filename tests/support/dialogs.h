@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QList>
+#include <QMessageBox>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
@@ -44,6 +45,11 @@ public:
 
     /// Expects a file dialog next, types @a path as the file name and accepts it, overwriting included.
     void expectFile(const QString &path);
+
+    /// Expects a message next that has this icon, title and text, belongs to @a parent and offers nothing but
+    /// OK, which is pressed. What is different is noted as a problem.
+    void expectMessage(const QWidget *parent, QMessageBox::Icon icon, const QString &title,
+                       const QString &text);
 
     /// What went wrong: dialogs that nobody expected, of another type, or that never came. Empty when all is
     /// well; compare it with an empty list at the end of the test.
