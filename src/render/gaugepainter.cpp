@@ -4,6 +4,7 @@
 #include "sweep.h"
 
 #include <QLineF>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPen>
 
@@ -21,12 +22,57 @@ constexpr double labelBoxSide = 100.0;
 /// No double has more decimals than this; what a larger precision would add is zeros without end.
 constexpr int mostDecimals = 1074;
 
-/// The point at @a radius canvas units from the centre along a mathematical angle in degrees.
-QPointF pointAt(double radius, double angle)
+/// A direction from the centre: a mathematical angle in degrees.
+class Direction
 {
-    const double radians = angle * 3.141592653589793 / 180.0;
-    return {centre + radius * std::cos(radians), centre - radius * std::sin(radians)};
-}
+public:
+    explicit Direction(double angle)
+        : m_cosine(std::cos(radians(angle)))
+        , m_sine(std::sin(radians(angle)))
+    {
+    }
+
+    /// The point at @a radius canvas units from the centre.
+    [[nodiscard]] QPointF pointAt(double radius) const
+    {
+        return {centre + radius * m_cosine, centre - radius * m_sine};
+    }
+
+private:
+    static double radians(double degrees) { return degrees * 3.141592653589793 / 180.0; }
+
+    double m_cosine;
+    double m_sine;
+};
+
+/// How far out lines and arcs are handed to Qt.
+///
+/// The raster engine walks the outline of a wide line row by row however far outside the picture it runs: a
+/// radius of ten thousands, which only a damaged file holds, would take it seconds for each line. There,
+/// radii and widths end where nothing of what lies beyond can be seen. Division lines stay on their rays, so
+/// that what is inside the picture is the same. Other engines get every number as it stands.
+class Reach
+{
+public:
+    explicit Reach(const QPainter &painter)
+        : m_limited(painter.isActive() && painter.paintEngine()->type() == QPaintEngine::Raster)
+    {
+    }
+
+    [[nodiscard]] double radius(double radius) const
+    {
+        return m_limited ? std::clamp(radius, -farthest, farthest) : radius;
+    }
+    [[nodiscard]] double width(double width) const { return m_limited ? std::min(width, widest) : width; }
+
+private:
+    /// Together they leave the picture empty where it should be, and cover it where it should be covered: the
+    /// widest arc or line cap out at the farthest radius ends clear of the canvas.
+    static constexpr double farthest = 10.0 * faceRadius;
+    static constexpr double widest = 16.0 * faceRadius;
+
+    bool m_limited;
+};
 
 /// Degrees in the sixteenths that QPainter takes: rounded, halves away from zero, and held within an int.
 int sixteenths(double degrees)
@@ -55,14 +101,14 @@ void paintCentreDot(QPainter &painter)
     painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
 }
 
-void paintArcs(QPainter &painter, const gaugeData &layer)
+void paintArcs(QPainter &painter, const gaugeData &layer, const Reach &reach)
 {
     const Qt::PenCapStyle cap = capStyle(layer.roundedArcCaps);
     for (size_t arc = 0; arc < layer.arcRadius.size(); ++arc) {
         if (layer.arcAngleLength[arc] == 0.0)
             continue;
-        const double radius = faceRadius * layer.arcRadius[arc];
-        painter.setPen(solidPen(layer.arcColor[arc], layer.arcWidth[arc], cap));
+        const double radius = reach.radius(faceRadius * layer.arcRadius[arc]);
+        painter.setPen(solidPen(layer.arcColor[arc], reach.width(layer.arcWidth[arc]), cap));
         painter.drawArc(QRectF(centre - radius, centre - radius, 2.0 * radius, 2.0 * radius),
                         sixteenths(90.0 - layer.arcStartAngle[arc]), sixteenths(-layer.arcAngleLength[arc]));
     }
@@ -71,16 +117,17 @@ void paintArcs(QPainter &painter, const gaugeData &layer)
 /// One ring of division lines, its pen made once for the whole layer.
 struct Ring
 {
-    Ring(const gaugeData &layer, size_t index, Qt::PenCapStyle cap)
-        : pen(solidPen(layer.divisionColor[index], layer.divisionLineWidth[index], cap))
-        , outerRadius(faceRadius * layer.divisionOuterRadius[index])
-        , innerRadius(faceRadius * layer.divisionInnerRadius[index])
+    Ring(const gaugeData &layer, size_t index, Qt::PenCapStyle cap, const Reach &reach)
+        : pen(solidPen(layer.divisionColor[index], reach.width(layer.divisionLineWidth[index]), cap))
+        , outerRadius(reach.radius(faceRadius * layer.divisionOuterRadius[index]))
+        , innerRadius(reach.radius(faceRadius * layer.divisionInnerRadius[index]))
     {
     }
 
     void paintTick(QPainter &painter, double angle) const
     {
-        const QLineF line(pointAt(outerRadius, angle), pointAt(innerRadius, angle));
+        const Direction direction(angle);
+        const QLineF line(direction.pointAt(outerRadius), direction.pointAt(innerRadius));
         painter.setPen(pen);
         painter.drawLines(&line, 1);
     }
@@ -100,7 +147,7 @@ bool nearlyEqual(const QTransform &a, const QTransform &b)
 void paintLabel(QPainter &painter, const gaugeData &layer, const QPen &pen, double angle, double value)
 {
     constexpr double half = labelBoxSide / 2.0;
-    const QPointF anchor = pointAt(faceRadius * layer.tickCountRadius, angle);
+    const QPointF anchor = Direction(angle).pointAt(faceRadius * layer.tickCountRadius);
     const QString text = QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, mostDecimals));
     painter.setFont(layer.tickCountFont);
     painter.setPen(pen);
@@ -123,12 +170,12 @@ void paintLabel(QPainter &painter, const gaugeData &layer, const QPen &pen, doub
         painter.setWorldTransform(upright);
 }
 
-void paintDivisions(QPainter &painter, const gaugeData &layer)
+void paintDivisions(QPainter &painter, const gaugeData &layer, const Reach &reach)
 {
     const Qt::PenCapStyle cap = capStyle(layer.roundedTickCaps);
-    const Ring primary(layer, 0, cap);
-    const Ring secondary(layer, 1, cap);
-    const Ring tertiary(layer, 2, cap);
+    const Ring primary(layer, 0, cap, reach);
+    const Ring secondary(layer, 1, cap, reach);
+    const Ring tertiary(layer, 2, cap, reach);
     const QPen labelPen = solidPen(layer.tickCountColor, 0.0, cap);
     const int primaries = layer.divisionCount[0];
     const int secondaries = layer.divisionCount[1];
@@ -172,8 +219,9 @@ void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers)
     painter.scale(size * sizePerUnit, size * sizePerUnit);
     paintCentreDot(painter);
 
+    const Reach reach(painter);
     for (const gaugeData &layer : layers) {
-        paintArcs(painter, layer);
-        paintDivisions(painter, layer);
+        paintArcs(painter, layer, reach);
+        paintDivisions(painter, layer, reach);
     }
 }
