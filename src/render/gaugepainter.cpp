@@ -3,9 +3,11 @@
 #include "gaugedata.h"
 #include "sweep.h"
 
+#include <QFontMetricsF>
 #include <QLineF>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
 
 #include <algorithm>
@@ -49,8 +51,9 @@ private:
 ///
 /// The raster engine walks the outline of a wide line row by row however far outside the picture it runs: a
 /// radius of ten thousands, which only a damaged file holds, would take it seconds for each line. There,
-/// radii and widths end where nothing of what lies beyond can be seen. Division lines stay on their rays, so
-/// that what is inside the picture is the same. Other engines get every number as it stands.
+/// lines and arcs end where nothing of what lies beyond can be seen. Division lines stay on their rays and
+/// arcs keep the edge that the picture shows, so that what is inside the picture is the same. Other engines
+/// get every number as it stands.
 class Reach
 {
 public:
@@ -59,17 +62,37 @@ public:
     {
     }
 
+    /// The distance of a line's end from the centre.
     [[nodiscard]] double radius(double radius) const
     {
         return m_limited ? std::clamp(radius, -farthest, farthest) : radius;
     }
+
+    /// A line's width. The widest cap out at the farthest radius still ends clear of the canvas.
     [[nodiscard]] double width(double width) const { return m_limited ? std::min(width, widest) : width; }
 
+    struct Band
+    {
+        double radius;
+        double width;
+    };
+    /// The radius of an arc and its width, which go together: the band between its edges is cut off, not
+    /// moved. Too wide an arc has its inner edge beyond the centre.
+    [[nodiscard]] Band arc(double radius, double width) const
+    {
+        const double distance = std::abs(radius);
+        if (!m_limited || !(distance > farthest || width > widest))
+            return {radius, width};
+        const double inner = std::clamp(distance - width / 2.0, -canvasSide, canvasSide);
+        const double outer = std::clamp(distance + width / 2.0, -canvasSide, farthest);
+        return {(inner + outer) / 2.0, outer - inner};
+    }
+
 private:
-    /// Together they leave the picture empty where it should be, and cover it where it should be covered: the
-    /// widest arc or line cap out at the farthest radius ends clear of the canvas.
     static constexpr double farthest = 10.0 * faceRadius;
     static constexpr double widest = 16.0 * faceRadius;
+    /// Clear of the canvas, whose corners lie less than this from the centre.
+    static constexpr double canvasSide = canvasSize;
 
     bool m_limited;
 };
@@ -88,6 +111,19 @@ QPen solidPen(const QColor &color, double width, Qt::PenCapStyle cap)
     return {QBrush(color), width, Qt::SolidLine, cap, Qt::RoundJoin};
 }
 
+/// What every step of a drawing needs to know of where it draws.
+struct Canvas
+{
+    QPainter &painter;
+    const PaintStyle &style;
+    Reach reach;
+
+    [[nodiscard]] QPen pen(const QColor &color, double width, Qt::PenCapStyle cap) const
+    {
+        return solidPen(color, width == 0.0 ? style.hairline : width, cap);
+    }
+};
+
 Qt::PenCapStyle capStyle(bool rounded)
 {
     return rounded ? Qt::RoundCap : Qt::FlatCap;
@@ -101,26 +137,27 @@ void paintCentreDot(QPainter &painter)
     painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
 }
 
-void paintArcs(QPainter &painter, const gaugeData &layer, const Reach &reach)
+void paintArcs(const Canvas &canvas, const gaugeData &layer)
 {
     const Qt::PenCapStyle cap = capStyle(layer.roundedArcCaps);
     for (size_t arc = 0; arc < layer.arcRadius.size(); ++arc) {
         if (layer.arcAngleLength[arc] == 0.0)
             continue;
-        const double radius = reach.radius(faceRadius * layer.arcRadius[arc]);
-        painter.setPen(solidPen(layer.arcColor[arc], reach.width(layer.arcWidth[arc]), cap));
-        painter.drawArc(QRectF(centre - radius, centre - radius, 2.0 * radius, 2.0 * radius),
-                        sixteenths(90.0 - layer.arcStartAngle[arc]), sixteenths(-layer.arcAngleLength[arc]));
+        const auto [radius, width] = canvas.reach.arc(faceRadius * layer.arcRadius[arc], layer.arcWidth[arc]);
+        canvas.painter.setPen(canvas.pen(layer.arcColor[arc], width, cap));
+        canvas.painter.drawArc(QRectF(centre - radius, centre - radius, 2.0 * radius, 2.0 * radius),
+                               sixteenths(90.0 - layer.arcStartAngle[arc]),
+                               sixteenths(-layer.arcAngleLength[arc]));
     }
 }
 
 /// One ring of division lines, its pen made once for the whole layer.
 struct Ring
 {
-    Ring(const gaugeData &layer, size_t index, Qt::PenCapStyle cap, const Reach &reach)
-        : pen(solidPen(layer.divisionColor[index], reach.width(layer.divisionLineWidth[index]), cap))
-        , outerRadius(reach.radius(faceRadius * layer.divisionOuterRadius[index]))
-        , innerRadius(reach.radius(faceRadius * layer.divisionInnerRadius[index]))
+    Ring(const Canvas &canvas, const gaugeData &layer, size_t index, Qt::PenCapStyle cap)
+        : pen(canvas.pen(layer.divisionColor[index], canvas.reach.width(layer.divisionLineWidth[index]), cap))
+        , outerRadius(canvas.reach.radius(faceRadius * layer.divisionOuterRadius[index]))
+        , innerRadius(canvas.reach.radius(faceRadius * layer.divisionInnerRadius[index]))
     {
     }
 
@@ -144,8 +181,26 @@ bool nearlyEqual(const QTransform &a, const QTransform &b)
            close(a.m22(), b.m22()) && close(a.dx(), b.dx()) && close(a.dy(), b.dy());
 }
 
-void paintLabel(QPainter &painter, const gaugeData &layer, const QPen &pen, double angle, double value)
+/// A label in the middle of its box, in the painter's font and the colour of its pen.
+void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, const PaintStyle &style)
 {
+    if (!style.labelsAsOutlines) {
+        painter.drawText(box, Qt::AlignCenter, text);
+        return;
+    }
+    QFont font(painter.font(), painter.device());
+    // Fitted to the pixels of the canvas the shapes would be wrong at every other size.
+    font.setHintingPreference(QFont::PreferNoHinting);
+    const QFontMetricsF metrics(font, painter.device());
+    QPainterPath outlines;
+    outlines.addText(box.center().x() - metrics.horizontalAdvance(text) / 2.0,
+                     box.center().y() + (metrics.ascent() - metrics.descent()) / 2.0, font, text);
+    painter.fillPath(outlines, painter.pen().brush());
+}
+
+void paintLabel(const Canvas &canvas, const gaugeData &layer, const QPen &pen, double angle, double value)
+{
+    QPainter &painter = canvas.painter;
     constexpr double half = labelBoxSide / 2.0;
     const QPointF anchor = Direction(angle).pointAt(faceRadius * layer.tickCountRadius);
     const QString text = QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, mostDecimals));
@@ -153,15 +208,15 @@ void paintLabel(QPainter &painter, const gaugeData &layer, const QPen &pen, doub
     painter.setPen(pen);
 
     if (!layer.tickCountRotate) {
-        painter.drawText(QRectF(anchor.x() - half, anchor.y() - half, labelBoxSide, labelBoxSide),
-                         Qt::AlignCenter, text);
+        paintLabelText(painter, QRectF(anchor.x() - half, anchor.y() - half, labelBoxSide, labelBoxSide),
+                       text, canvas.style);
         return;
     }
 
     const QTransform upright = painter.worldTransform();
     painter.translate(anchor);
     painter.rotate(90.0 - angle);
-    painter.drawText(QRectF(-half, -half, labelBoxSide, labelBoxSide), Qt::AlignCenter, text);
+    paintLabelText(painter, QRectF(-half, -half, labelBoxSide, labelBoxSide), text, canvas.style);
     painter.rotate(-(90.0 - angle));
     painter.translate(-anchor);
     // An anchor that is no finite point, or is astronomically far off, cannot be undone by going back; the
@@ -170,58 +225,65 @@ void paintLabel(QPainter &painter, const gaugeData &layer, const QPen &pen, doub
         painter.setWorldTransform(upright);
 }
 
-void paintDivisions(QPainter &painter, const gaugeData &layer, const Reach &reach)
+/// The secondary and tertiary ticks of the gap that follows the primary tick at @a position.
+void paintGap(QPainter &painter, const gaugeData &layer, double position, const Ring &secondary,
+              const Ring &tertiary)
+{
+    const auto [primaries, secondaries, tertiaries] = layer.divisionCount;
+    for (int j = 0; j < secondaries; ++j) {
+        const auto step = static_cast<double>(j);
+        if (j != 0) {
+            const double fraction = divisionFraction(step / secondaries + position, primaries);
+            secondary.paintTick(painter, tickAngle(layer, fraction));
+        }
+        for (int k = 1; k < tertiaries; ++k) {
+            const double subStep = (static_cast<double>(k) / tertiaries + step) / secondaries;
+            tertiary.paintTick(painter, tickAngle(layer, divisionFraction(subStep + position, primaries)));
+        }
+    }
+}
+
+void paintDivisions(const Canvas &canvas, const gaugeData &layer)
 {
     const Qt::PenCapStyle cap = capStyle(layer.roundedTickCaps);
-    const Ring primary(layer, 0, cap, reach);
-    const Ring secondary(layer, 1, cap, reach);
-    const Ring tertiary(layer, 2, cap, reach);
+    const Ring primary(canvas, layer, 0, cap);
+    const Ring secondary(canvas, layer, 1, cap);
+    const Ring tertiary(canvas, layer, 2, cap);
     const QPen labelPen = solidPen(layer.tickCountColor, 0.0, cap);
-    const int primaries = layer.divisionCount[0];
-    const int secondaries = layer.divisionCount[1];
-    const int tertiaries = layer.divisionCount[2];
-    const auto fractionAt = [primaries](double position) { return divisionFraction(position, primaries); };
 
+    const int divisions = layer.divisionCount[0];
+    const bool dividesGaps = layer.divisionCount[1] > 1;
     const qint64 ticks = primaryTickCount(layer);
     // Added up tick by tick, as a user adds: an increment that has no exact double drifts alike in the dial
     // and in the keyframe table.
     double labelValue = layer.tickCountStart;
-    for (qint64 i = 0; i < ticks; ++i, labelValue += layer.tickCountIncrement) {
+    for (qint64 i = 0; i < ticks; ++i) {
         const auto position = static_cast<double>(i);
-        const double angle = tickAngle(layer, fractionAt(position));
-        primary.paintTick(painter, angle);
+        const double angle = tickAngle(layer, divisionFraction(position, divisions));
+        primary.paintTick(canvas.painter, angle);
         if (layer.tickCountEnabled && !(i == 0 && layer.tickCountSkipFirst))
-            paintLabel(painter, layer, labelPen, angle, labelValue);
-
-        const bool closingTick = i >= primaries;
-        if (secondaries <= 1 || closingTick)
-            continue;
-        for (int j = 0; j < secondaries; ++j) {
-            const auto step = static_cast<double>(j);
-            if (j != 0)
-                secondary.paintTick(painter, tickAngle(layer, fractionAt(step / secondaries + position)));
-            for (int k = 1; k < tertiaries; ++k) {
-                const double subStep = (static_cast<double>(k) / tertiaries + step) / secondaries;
-                tertiary.paintTick(painter, tickAngle(layer, fractionAt(subStep + position)));
-            }
-        }
+            paintLabel(canvas, layer, labelPen, angle, labelValue);
+        const bool closingTick = i >= divisions;
+        if (dividesGaps && !closingTick)
+            paintGap(canvas.painter, layer, position, secondary, tertiary);
+        labelValue += layer.tickCountIncrement;
     }
 }
 
 } // namespace
 
-void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers)
+void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers, const PaintStyle &style)
 {
+    const Canvas canvas{painter, style, Reach(painter)};
     constexpr double sizePerUnit = 1.0 / canvasSize;
-    painter.setPen(solidPen(Qt::white, 0.0, Qt::FlatCap));
+    painter.setPen(canvas.pen(Qt::white, 0.0, Qt::FlatCap));
     painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size * sizePerUnit, size * sizePerUnit);
     paintCentreDot(painter);
 
-    const Reach reach(painter);
     for (const gaugeData &layer : layers) {
-        paintArcs(painter, layer, reach);
-        paintDivisions(painter, layer, reach);
+        paintArcs(canvas, layer);
+        paintDivisions(canvas, layer);
     }
 }

@@ -12,6 +12,13 @@ inline constexpr int canvasSize = 512;
 /// The radius of the face in canvas units: where a stored radius of 1 lies.
 inline constexpr double faceRadius = 250.0;
 
+/// How a picture departs from the preview. The defaults are the preview itself.
+struct PaintStyle
+{
+    bool labelsAsOutlines = false; ///< Labels are filled shapes, which need no font where they are shown.
+    double hairline = 0.0; ///< The width of lines without a width, in canvas units; 0 is one device pixel.
+};
+
 /// Draws a stack of layers, bottom layer first, onto a painter whose device is @a size by @a size pixels.
 ///
 /// First comes the white dot at the centre, then for each layer its four arcs and, tick by tick, the primary
@@ -20,6 +27,6 @@ inline constexpr double faceRadius = 250.0;
 ///
 /// Every record is drawn as it stands: numbers that give no position reach the painter as such, and a count
 /// of many millions takes its time.
-void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers);
+void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers, const PaintStyle &style = {});
 
 #endif

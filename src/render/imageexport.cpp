@@ -3,13 +3,64 @@
 #include "gaugedata.h"
 #include "gaugepainter.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QSvgGenerator>
 
-bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers)
+#include <cmath>
+
+namespace {
+
+constexpr double millimetresPerInch = 25.4;
+constexpr double pointsPerInch = 72.0;
+/// What the label fonts are measured by on every device.
+constexpr int dotsPerInch = 96;
+
+/// Writes the drawing in its own units.
+bool writeSvgInPixels(QIODevice &device, int size, const QList<gaugeData> &layers, bool labelsAsOutlines)
+{
+    QSvgGenerator generator;
+    generator.setOutputDevice(&device);
+    generator.setSize(QSize(size, size));
+    generator.setViewBox(QRect(0, 0, size, size));
+    generator.setResolution(dotsPerInch);
+    generator.setTitle(QCoreApplication::translate("Window", "Corvalence 2 Gauge"));
+    generator.setDescription(
+        QCoreApplication::translate("Window", "A gauge generated in Corvalence 2Saved to SVG."));
+    QPainter painter;
+    if (!painter.begin(&generator))
+        return false;
+    paintGauge(painter, size, layers, {.labelsAsOutlines = labelsAsOutlines});
+    return painter.end();
+}
+
+/// Replaces the first value of @a attribute, which the document must hold.
+void setAttribute(QByteArray &document, const QByteArray &attribute, const QByteArray &value)
+{
+    const qsizetype start = document.indexOf(attribute + "=\"") + attribute.size() + 2;
+    document.replace(start, document.indexOf('"', start) - start, value);
+}
+
+/// Cuts the page, whose side is whole points, down to its true side. The drawing hangs from the page's upper
+/// left corner. The text keeps its length: the document's table counts bytes.
+void setPageSide(QByteArray &document, double points)
+{
+    const qsizetype start = document.indexOf("/MediaBox [");
+    const qsizetype length = document.indexOf(']', start) + 1 - start;
+    const QByteArray top = QByteArray::number(std::ceil(points), 'f', 0);
+    const QByteArray box = "/MediaBox [0 " + QByteArray::number(std::ceil(points) - points, 'f', 3) + ' ' +
+                           QByteArray::number(points, 'f', 3) + ' ' + top;
+    if (start >= 0 && box.size() < length)
+        document.replace(start, length, box.leftJustified(length - 1) + ']');
+}
+
+} // namespace
+
+bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
     QImage image(size, size, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
@@ -18,23 +69,59 @@ bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers)
         return false;
     paintGauge(painter, size, layers);
     painter.end();
-
+    // Only now: what is painted on an image of another density takes its fonts from it.
+    if (style.millimetres > 0.0) {
+        const int dotsPerMetre = qRound(size * 1000.0 / style.millimetres);
+        image.setDotsPerMeterX(dotsPerMetre);
+        image.setDotsPerMeterY(dotsPerMetre);
+    }
     return QImageWriter(&device, "png").write(image);
 }
 
-bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers)
+bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
-    QSvgGenerator generator;
-    generator.setOutputDevice(&device);
-    generator.setSize(QSize(size, size));
-    generator.setViewBox(QRect(0, 0, size, size));
-    generator.setResolution(96);
-    generator.setTitle(QCoreApplication::translate("Window", "Corvalence 2 Gauge"));
-    generator.setDescription(
-        QCoreApplication::translate("Window", "A gauge generated in Corvalence 2Saved to SVG."));
-    QPainter painter;
-    if (!painter.begin(&generator))
+    if (style.millimetres <= 0.0)
+        return writeSvgInPixels(device, size, layers, style.labelsAsOutlines);
+
+    // The generator knows whole pixels only, and a resolution of its own would change the fonts.
+    QBuffer drawing;
+    if (!drawing.open(QIODevice::WriteOnly) ||
+        !writeSvgInPixels(drawing, size, layers, style.labelsAsOutlines))
         return false;
-    paintGauge(painter, size, layers);
-    return painter.end();
+    QByteArray document = drawing.data();
+    const QByteArray side = QByteArray::number(style.millimetres, 'g', 10) + "mm";
+    setAttribute(document, "width", side);
+    setAttribute(document, "height", side);
+    return device.write(document) == document.size();
+}
+
+bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
+{
+    const double inches =
+        style.millimetres > 0.0 ? style.millimetres / millimetresPerInch : double(size) / dotsPerInch;
+    const double points = inches * pointsPerInch;
+
+    QBuffer page;
+    if (!page.open(QIODevice::WriteOnly))
+        return false;
+    QPdfWriter writer(&page);
+    writer.setTitle(QCoreApplication::translate("Window", "Corvalence 2 Gauge"));
+    writer.setCreator(QStringLiteral("Corvalence"));
+    writer.setResolution(dotsPerInch);
+    writer.setPageSize(QPageSize(QSizeF(std::ceil(points), std::ceil(points)), QPageSize::Point, QString(),
+                                 QPageSize::ExactMatch));
+    writer.setPageMargins(QMarginsF());
+    QPainter painter;
+    if (!painter.begin(&writer))
+        return false;
+    const double pagePixelsPerPixel = inches * dotsPerInch / size;
+    painter.scale(pagePixelsPerPixel, pagePixelsPerPixel);
+    paintGauge(painter, size, layers,
+               {.labelsAsOutlines = style.labelsAsOutlines, .hairline = double(canvasSize) / size});
+    if (!painter.end())
+        return false;
+
+    QByteArray document = page.data();
+    setPageSide(document, points);
+    return device.write(document) == document.size();
 }

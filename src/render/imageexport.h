@@ -6,12 +6,26 @@
 class QIODevice;
 struct gaugeData;
 
-/// Writes a stack of layers to an open device as a square PNG of @a size pixels with a transparent
-/// background. Returns false when the picture could not be made or written.
-bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers);
+/// What a picture file may say beyond the gauge. The defaults are what the editor writes.
+struct PictureStyle
+{
+    double millimetres = 0.0; ///< The true side of the picture; 0 leaves it to the format.
+    bool labelsAsOutlines =
+        false; ///< Labels are shapes, so that the drawing needs no font; a PNG never does.
+};
 
-/// Writes a stack of layers to an open device as an SVG drawing whose width, height and view box are @a size.
-/// Returns false when the device does not take it.
-bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers);
+/// Writes a stack of layers to an open device as a square PNG of @a size pixels with a transparent
+/// background. A true side sets the pixel density alone. Returns false when the picture could not be made or
+/// written.
+bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
+
+/// Writes a stack of layers to an open device as an SVG drawing whose width, height and view box are @a size,
+/// but for a true side, which is then its width and height. Returns false when the device does not take it.
+bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
+
+/// Writes a stack of layers to an open device as a PDF of one square page, @a size pixels at 96 to the inch
+/// unless it has a true side. Lines without a width are as wide as one of these pixels, since the finest line
+/// of a printer is hardly seen. Returns false when the device does not take it.
+bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
 #endif

@@ -2,6 +2,7 @@
 
 #include "gaugedata.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -42,6 +43,21 @@ qint64 primaryTickCount(const gaugeData &layer)
     const qint64 divisions = layer.divisionCount[0];
     const bool fullCircle = std::abs(layer.angleLength) >= 360.0;
     return fullCircle ? divisions : divisions + 1;
+}
+
+quint64 allTickCount(const gaugeData &layer)
+{
+    const auto primaries = static_cast<quint64>(std::max<qint64>(0, primaryTickCount(layer)));
+    if (layer.divisionCount[1] <= 1 || layer.divisionCount[0] <= 0)
+        return primaries;
+
+    // Every gap between two primary ticks is alike; the closing tick of a partial sweep opens none.
+    const auto gaps = static_cast<quint64>(layer.divisionCount[0]);
+    const auto secondaries = static_cast<quint64>(layer.divisionCount[1]);
+    const auto tertiaries = static_cast<quint64>(std::max(1, layer.divisionCount[2]));
+    const quint64 marksPerGap = secondaries * tertiaries - 1;
+    constexpr quint64 most = std::numeric_limits<quint64>::max();
+    return marksPerGap > (most - primaries) / gaps ? most : primaries + gaps * marksPerGap;
 }
 
 double divisionFraction(double position, int divisions)
