@@ -1,0 +1,48 @@
+# bash completion for corvalence-export
+
+_corvalence_export() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    # readline splits words at "=", so that --formats=png comes as three.
+    if [[ $previous == "=" ]]; then
+        previous=${COMP_WORDS[COMP_CWORD - 2]}
+    elif [[ $current == "=" ]]; then
+        current=
+    fi
+    COMPREPLY=()
+
+    case $previous in
+        -f | --formats)
+            # The part after the last comma is completed; what stands before it stays.
+            local chosen=
+            [[ $current == *,* ]] && chosen=${current%,*},
+            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png svg pdf csv gauge" -- "${current##*,}")
+            return
+            ;;
+        -o | --output)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -d -- "$current")
+            return
+            ;;
+        -s | --size)
+            mapfile -t COMPREPLY < <(compgen -W "256 512 1024 2048 4096" -- "$current")
+            return
+            ;;
+        -n | --name-template)
+            mapfile -t COMPREPLY < <(compgen -W "{name} {name}-{size} {size}/{name}" -- "$current")
+            return
+            ;;
+        -l | --layers | --mm | --dpi | -j | --jobs | --tick-limit)
+            return
+            ;;
+    esac
+
+    if [[ $current == -* ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "--formats --output --size --name-template --layers --text-as-paths
+            --mm --dpi --jobs --overwrite --keep --dry-run --quiet --tick-limit --help --version" -- "$current")
+        return
+    fi
+    compopt -o filenames
+    mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X '!*.gauge' -- "$current")
+}
+
+complete -F _corvalence_export corvalence-export
