@@ -9,8 +9,10 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QStringList>
 #include <QSvgGenerator>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -19,6 +21,32 @@ constexpr double millimetresPerInch = 25.4;
 constexpr double pointsPerInch = 72.0;
 /// What the label fonts are measured by on every device.
 constexpr int dotsPerInch = 96;
+
+/// A text as it may stand in an attribute: escaped, and without what XML cannot hold.
+QString inAttribute(QString text)
+{
+    text.removeIf([](QChar c) { return c < QLatin1Char(' ') || c == QChar(0xfffe) || c == QChar(0xffff); });
+    return text.toHtmlEscaped();
+}
+
+/// The label fonts' families that cannot stand in an attribute as they are, the longest first.
+QStringList oddFamilies(const QList<gaugeData> &layers)
+{
+    QStringList families;
+    for (const gaugeData &layer : layers) {
+        const QString family = layer.tickCountFont.family();
+        if (family != inAttribute(family) && !families.contains(family))
+            families.append(family);
+    }
+    std::sort(families.begin(), families.end(),
+              [](const QString &a, const QString &b) { return a.size() > b.size(); });
+    return families;
+}
+
+QByteArray familyAttribute(const QString &family)
+{
+    return "font-family=\"" + family.toUtf8() + '"';
+}
 
 /// Writes the drawing in its own units.
 bool writeSvgInPixels(QIODevice &device, int size, const QList<gaugeData> &layers, bool labelsAsOutlines)
@@ -80,18 +108,24 @@ bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const
 
 bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
-    if (style.millimetres <= 0.0)
+    const QStringList families = oddFamilies(layers);
+    if (families.isEmpty() && style.millimetres <= 0.0)
         return writeSvgInPixels(device, size, layers, style.labelsAsOutlines);
 
-    // The generator knows whole pixels only, and a resolution of its own would change the fonts.
+    // The generator writes a family as it stands, so that a quote or an ampersand in it breaks the drawing;
+    // and it knows whole pixels only, while a resolution of its own would change the fonts.
     QBuffer drawing;
     if (!drawing.open(QIODevice::WriteOnly) ||
         !writeSvgInPixels(drawing, size, layers, style.labelsAsOutlines))
         return false;
     QByteArray document = drawing.data();
-    const QByteArray side = QByteArray::number(style.millimetres, 'g', 10) + "mm";
-    setAttribute(document, "width", side);
-    setAttribute(document, "height", side);
+    for (const QString &family : families)
+        document.replace(familyAttribute(family), familyAttribute(inAttribute(family)));
+    if (style.millimetres > 0.0) {
+        const QByteArray side = QByteArray::number(style.millimetres, 'g', 10) + "mm";
+        setAttribute(document, "width", side);
+        setAttribute(document, "height", side);
+    }
     return device.write(document) == document.size();
 }
 
