@@ -1,6 +1,8 @@
 #include "versiondescription.h"
 
 #include <QDomDocument>
+#include <QRegularExpression>
+#include <QStringDecoder>
 #include <QVersionNumber>
 #include <QXmlStreamReader>
 
@@ -8,9 +10,24 @@ namespace {
 
 constexpr qsizetype largestDescription = qsizetype(1024) * 1024;
 constexpr int deepestNesting = 256;
+constexpr qsizetype mostAttributes = 5000;
 
-/// Whether the text would cost QDomDocument more than a description is worth: it builds nested elements and
-/// expands entities in time and memory that grow with the square of the text.
+/// How many attributes the text could hold: equals signs before a quote, in the encoding that it declares or
+/// begins with. A zero byte is what another encoding leaves between the two.
+qsizetype possibleAttributes(const QByteArray &xml, const QString &declaredEncoding)
+{
+    static const QRegularExpression assignment(QStringLiteral(R"(=[\s\x00]*["'])"));
+    const auto begunEncoding = QStringConverter::encodingForData(xml).value_or(QStringConverter::Utf8);
+    QStringDecoder decoder = declaredEncoding.isEmpty()
+                                 ? QStringDecoder(begunEncoding)
+                                 : QStringDecoder(declaredEncoding.toLatin1().constData());
+    const QString text = decoder.isValid() ? QString(decoder(xml)) : QString::fromLatin1(xml);
+    return text.count(assignment);
+}
+
+/// Whether the text would cost QDomDocument more than a description is worth: it builds nested elements,
+/// expands entities and looks for doubled attributes in time and memory that grow with the square of the
+/// text.
 bool isCostly(const QByteArray &xml)
 {
     if (xml.size() > largestDescription)
@@ -21,9 +38,15 @@ bool isCostly(const QByteArray &xml)
     int depth = 0;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
+        case QXmlStreamReader::StartDocument:
+            // Counted ahead, since this look would itself take long over a tag of many attributes.
+            if (possibleAttributes(xml, reader.documentEncoding().toString()) > mostAttributes)
+                return true;
+            break;
         case QXmlStreamReader::DTD:
             // Parameter entities count, too. The word in a comment or an instruction declares nothing.
-            if (!reader.entityDeclarations().isEmpty())
+            // Attributes that are declared with a value come to every element, written or not.
+            if (!reader.entityDeclarations().isEmpty() || reader.text().contains(QLatin1String("<!ATTLIST")))
                 return true;
             break;
         case QXmlStreamReader::StartElement:
