@@ -155,33 +155,34 @@ QStringList linesOf(const QList<gaugeLayer> &layers)
 
 gaugeData sampleLayer(int number)
 {
-    const double part = number / 16.0; // exact in binary, so in every text form as well
+    // Hundredths, which every control can show and every text form can hold.
+    const auto hundredths = [number](int base) { return (base + number) / 100.0; };
     gaugeData layer;
-    layer.startAngle = 30 + part;
-    layer.angleLength = 200 + part;
-    layer.bias = 0.25 + part / 16;
+    layer.startAngle = hundredths(3000);
+    layer.angleLength = hundredths(20000);
+    layer.bias = hundredths(25);
     layer.midpointBias = true;
     layer.roundedTickCaps = true;
     layer.roundedArcCaps = true;
     for (size_t ring = 0; ring < layer.divisionCount.size(); ++ring) {
         layer.divisionCount.at(ring) = 5 + number + int(ring);
-        layer.divisionInnerRadius.at(ring) = 0.5 + part / 16;
-        layer.divisionOuterRadius.at(ring) = 0.75 + part / 16;
-        layer.divisionLineWidth.at(ring) = 2 + part;
+        layer.divisionInnerRadius.at(ring) = hundredths(40);
+        layer.divisionOuterRadius.at(ring) = hundredths(60);
+        layer.divisionLineWidth.at(ring) = hundredths(200);
         layer.divisionColor.at(ring) = QColor(10 + number, 20, 30 + int(ring));
     }
     for (size_t arc = 0; arc < layer.arcRadius.size(); ++arc) {
-        layer.arcStartAngle.at(arc) = 15 + part;
-        layer.arcAngleLength.at(arc) = 45 + part;
-        layer.arcRadius.at(arc) = 0.5 + part / 16;
-        layer.arcWidth.at(arc) = 3 + part;
+        layer.arcStartAngle.at(arc) = hundredths(1500);
+        layer.arcAngleLength.at(arc) = hundredths(4500);
+        layer.arcRadius.at(arc) = hundredths(50);
+        layer.arcWidth.at(arc) = hundredths(300);
         layer.arcColor.at(arc) = QColor(40 + number, 50, 60 + int(arc));
     }
     layer.tickCountEnabled = false;
     layer.tickCountStart = 10 + number;
     layer.tickCountIncrement = 20 + number;
     layer.tickCountDecimalPlaces = 2;
-    layer.tickCountRadius = 0.625 + part / 16;
+    layer.tickCountRadius = hundredths(62);
     layer.tickCountRotate = true;
     layer.tickCountSkipFirst = true;
     layer.tickCountFont = QFont(QStringLiteral("Serif"), 14 + number, QFont::Bold, true);
