@@ -24,6 +24,10 @@ constexpr double labelBoxSide = 100.0;
 /// No double has more decimals than this; what a larger precision would add is zeros without end.
 constexpr int mostDecimals = 1074;
 
+/// No picture shows what a larger font would change; Qt counts its pixels in an int, and never comes to an
+/// end with a rotated label when that overflows.
+constexpr double largestPointSize = 1e6;
+
 /// A direction from the centre: a mathematical angle in degrees.
 class Direction
 {
@@ -181,6 +185,16 @@ bool nearlyEqual(const QTransform &a, const QTransform &b)
            close(a.m22(), b.m22()) && close(a.dx(), b.dx()) && close(a.dy(), b.dy());
 }
 
+/// The font of a layer's labels, held to a size that can be painted.
+QFont labelFont(const gaugeData &layer)
+{
+    QFont font = layer.tickCountFont;
+    const double size = font.pointSizeF();
+    if (size > largestPointSize || std::isnan(size))
+        font.setPointSizeF(largestPointSize);
+    return font;
+}
+
 /// A label in the middle of its box, in the painter's font and the colour of its pen.
 void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, const PaintStyle &style)
 {
@@ -198,13 +212,14 @@ void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, c
     painter.fillPath(outlines, painter.pen().brush());
 }
 
-void paintLabel(const Canvas &canvas, const gaugeData &layer, const QPen &pen, double angle, double value)
+void paintLabel(const Canvas &canvas, const gaugeData &layer, const QFont &font, const QPen &pen,
+                double angle, double value)
 {
     QPainter &painter = canvas.painter;
     constexpr double half = labelBoxSide / 2.0;
     const QPointF anchor = Direction(angle).pointAt(faceRadius * layer.tickCountRadius);
     const QString text = QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, mostDecimals));
-    painter.setFont(layer.tickCountFont);
+    painter.setFont(font);
     painter.setPen(pen);
 
     if (!layer.tickCountRotate) {
@@ -249,6 +264,7 @@ void paintDivisions(const Canvas &canvas, const gaugeData &layer)
     const Ring primary(canvas, layer, 0, cap);
     const Ring secondary(canvas, layer, 1, cap);
     const Ring tertiary(canvas, layer, 2, cap);
+    const QFont font = labelFont(layer);
     const QPen labelPen = solidPen(layer.tickCountColor, 0.0, cap);
 
     const int divisions = layer.divisionCount[0];
@@ -262,7 +278,7 @@ void paintDivisions(const Canvas &canvas, const gaugeData &layer)
         const double angle = tickAngle(layer, divisionFraction(position, divisions));
         primary.paintTick(canvas.painter, angle);
         if (layer.tickCountEnabled && !(i == 0 && layer.tickCountSkipFirst))
-            paintLabel(canvas, layer, labelPen, angle, labelValue);
+            paintLabel(canvas, layer, font, labelPen, angle, labelValue);
         const bool closingTick = i >= divisions;
         if (dividesGaps && !closingTick)
             paintGap(canvas.painter, layer, position, secondary, tertiary);
