@@ -48,22 +48,22 @@ QByteArray familyAttribute(const QString &family)
     return "font-family=\"" + family.toUtf8() + '"';
 }
 
-/// Writes the drawing in its own units.
-bool writeSvgInPixels(QIODevice &device, int size, const QList<gaugeData> &layers, bool labelsAsOutlines)
+/// The drawing in its own units.
+QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool labelsAsOutlines)
 {
+    QBuffer drawing;
     QSvgGenerator generator;
-    generator.setOutputDevice(&device);
+    generator.setOutputDevice(&drawing);
     generator.setSize(QSize(size, size));
     generator.setViewBox(QRect(0, 0, size, size));
     generator.setResolution(dotsPerInch);
     generator.setTitle(QCoreApplication::translate("Window", "Corvalence 2 Gauge"));
     generator.setDescription(
         QCoreApplication::translate("Window", "A gauge generated in Corvalence 2Saved to SVG."));
-    QPainter painter;
-    if (!painter.begin(&generator))
-        return false;
+    QPainter painter(&generator);
     paintGauge(painter, size, layers, {.labelsAsOutlines = labelsAsOutlines});
-    return painter.end();
+    painter.end();
+    return drawing.data();
 }
 
 /// Replaces the first value of @a attribute, which the document must hold.
@@ -91,10 +91,10 @@ void setPageSide(QByteArray &document, double points)
 bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
     QImage image(size, size, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    QPainter painter;
-    if (!painter.begin(&image))
+    if (image.isNull() || !device.isWritable())
         return false;
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     paintGauge(painter, size, layers);
     painter.end();
     // Only now: what is painted on an image of another density takes its fonts from it.
@@ -108,18 +108,13 @@ bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const
 
 bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
-    const QStringList families = oddFamilies(layers);
-    if (families.isEmpty() && style.millimetres <= 0.0)
-        return writeSvgInPixels(device, size, layers, style.labelsAsOutlines);
-
-    // The generator writes a family as it stands, so that a quote or an ampersand in it breaks the drawing;
-    // and it knows whole pixels only, while a resolution of its own would change the fonts.
-    QBuffer drawing;
-    if (!drawing.open(QIODevice::WriteOnly) ||
-        !writeSvgInPixels(drawing, size, layers, style.labelsAsOutlines))
+    if (!device.isWritable())
         return false;
-    QByteArray document = drawing.data();
-    for (const QString &family : families)
+    // Made in memory first: the generator does not tell whether its device took everything. It also writes a
+    // family as it stands, so that a quote or an ampersand in it breaks the drawing, and knows whole pixels
+    // only, while a resolution of its own would change the fonts.
+    QByteArray document = svgInPixels(size, layers, style.labelsAsOutlines);
+    for (const QString &family : oddFamilies(layers))
         document.replace(familyAttribute(family), familyAttribute(inAttribute(family)));
     if (style.millimetres > 0.0) {
         const QByteArray side = QByteArray::number(style.millimetres, 'g', 10) + "mm";
@@ -136,7 +131,7 @@ bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const
     const double points = inches * pointsPerInch;
 
     QBuffer page;
-    if (!page.open(QIODevice::WriteOnly))
+    if (!device.isWritable() || !page.open(QIODevice::WriteOnly))
         return false;
     QPdfWriter writer(&page);
     writer.setTitle(QCoreApplication::translate("Window", "Corvalence 2 Gauge"));
