@@ -60,6 +60,28 @@ gaugeData ticksOnly()
     return layer;
 }
 
+gaugeData busyLayer(bool heavy)
+{
+    gaugeData layer;
+    layer.divisionCount = {3, 2, 2};
+    layer.arcAngleLength = {120.0, 360.0, -50.0, 1.0};
+    if (heavy) {
+        layer.divisionLineWidth = {3.0, 0.5, 7.0};
+        layer.arcWidth = {10.0, 0.5, 20.0, 2.0};
+        layer.roundedArcCaps = layer.roundedTickCaps = layer.tickCountRotate = true;
+    }
+    return layer;
+}
+
+QImage picture(const QList<gaugeData> &layers, int size)
+{
+    QImage image(size, size, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    paintGauge(painter, size, layers);
+    return image;
+}
+
 QPointF dialPoint(double distance, double angle)
 {
     const double radians = angle * 3.141592653589793 / 180.0;

@@ -4,6 +4,7 @@
 #include "gaugedata.h"
 #include "recordingdevice.h"
 
+#include <QImage>
 #include <QList>
 #include <QPointF>
 #include <QStringList>
@@ -29,6 +30,13 @@ class QPainter;
 /// A layer that draws nothing but primary ticks: red, with a secondary ring in green and a tertiary in blue
 /// that are waiting for their counts.
 [[nodiscard]] gaugeData ticksOnly();
+
+/// Three divisions, each with a secondary and two tertiary ticks, four arcs, labels: thin and plain, or
+/// @a heavy, with wide lines, round caps and turned labels.
+[[nodiscard]] gaugeData busyLayer(bool heavy);
+
+/// The stack painted on a transparent picture.
+[[nodiscard]] QImage picture(const QList<gaugeData> &layers, int size = 512);
 
 /// The point at a distance of the centre along a mathematical angle in degrees.
 [[nodiscard]] QPointF dialPoint(double distance, double angle);

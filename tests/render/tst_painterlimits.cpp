@@ -26,21 +26,6 @@ constexpr double leastPositive = std::numeric_limits<double>::denorm_min();
 constexpr int leastInt = std::numeric_limits<int>::min();
 constexpr int mostInt = std::numeric_limits<int>::max();
 
-/// Three divisions, each with a secondary and two tertiary ticks, four arcs, labels: thin and plain, or wide
-/// with round caps and turned labels.
-gaugeData busyLayer(bool heavy)
-{
-    gaugeData layer;
-    layer.divisionCount = {3, 2, 2};
-    layer.arcAngleLength = {120.0, 360.0, -50.0, 1.0};
-    if (heavy) {
-        layer.divisionLineWidth = {3.0, 0.5, 7.0};
-        layer.arcWidth = {10.0, 0.5, 20.0, 2.0};
-        layer.roundedArcCaps = layer.roundedTickCaps = layer.tickCountRotate = true;
-    }
-    return layer;
-}
-
 /// A layer that covers the inner half of the face with solid blue, and has a tick and turned labels besides.
 gaugeData cover()
 {
@@ -52,15 +37,6 @@ gaugeData cover()
     layer.arcColor[0] = Qt::blue;
     layer.tickCountRotate = true;
     return layer;
-}
-
-QImage picture(const QList<gaugeData> &layers, int size = 512)
-{
-    QImage image(size, size, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    paintGauge(painter, size, layers);
-    return image;
 }
 
 QByteArray svg(const QList<gaugeData> &layers)
@@ -144,10 +120,6 @@ private Q_SLOTS:
     void invalidColors();
     void layerWithoutPositionsLeavesNoTrace_data();
     void layerWithoutPositionsLeavesNoTrace();
-    void farOutLooksLikeJustOutOfSight_data();
-    void farOutLooksLikeJustOutOfSight();
-    void farOutIsExactWhereItCostsNothing();
-    void farOutDoesNotStall();
 };
 
 void tst_PainterLimits::init()
@@ -352,77 +324,6 @@ void tst_PainterLimits::layerWithoutPositionsLeavesNoTrace()
     QCOMPARE(picture({bottom, top}), picture({top}));
     const QList<RecordedCall> alone = paintedCalls({top}).sliced(1);
     QCOMPARE(descriptions(paintedCalls({bottom, top}).last(alone.size())), descriptions(alone));
-}
-
-void tst_PainterLimits::farOutLooksLikeJustOutOfSight_data()
-{
-    QTest::addColumn<Setter>("set");
-    QTest::addColumn<double>("far");
-    QTest::addColumn<double>("near");
-    const Setter outer = [](gaugeData &g, double x) { g.divisionOuterRadius = {x, x, x}; };
-    const Setter across = [](gaugeData &g, double x) {
-        g.divisionOuterRadius = {x, x, x};
-        g.divisionInnerRadius = {-x, -x, -x};
-    };
-    const Setter arcs = [](gaugeData &g, double x) { g.arcRadius = {x, x, x, x}; };
-    const Setter lineWidth = [](gaugeData &g, double x) { g.divisionLineWidth = {x, x, x}; };
-    const Setter arcWidth = [](gaugeData &g, double x) { g.arcWidth = {x, x, x, x}; };
-    for (const double far : {1e3, 33000.0, 1e9, mostDouble, infinity}) {
-        QTest::addRow("outer radius %g", far) << outer << far << 9.0;
-        QTest::addRow("negative outer radius %g", far) << outer << -far << -9.0;
-        QTest::addRow("across %g", far) << across << far << 9.0;
-        QTest::addRow("arcs %g", far) << arcs << far << 9.0;
-        QTest::addRow("negative arcs %g", far) << arcs << -far << -9.0;
-        QTest::addRow("line width %g", far * 250.0) << lineWidth << far * 250.0 << 3000.0;
-        QTest::addRow("arc width %g", far * 250.0) << arcWidth << far * 250.0 << 3000.0;
-    }
-}
-
-void tst_PainterLimits::farOutLooksLikeJustOutOfSight()
-{
-    QFETCH(const Setter, set);
-    QFETCH(const double, far);
-    QFETCH(const double, near);
-    gaugeData farLayer = busyLayer(true);
-    // Square to the picture, so that no rounding of a slope shows.
-    farLayer.angleLength = 270.0;
-    farLayer.divisionCount = {3, 1, 1};
-    farLayer.arcAngleLength = {90.0, 360.0, -90.0, 180.0};
-    gaugeData nearLayer = farLayer;
-    set(farLayer, far);
-    set(nearLayer, near);
-    QCOMPARE(picture({farLayer}), picture({nearLayer}));
-}
-
-void tst_PainterLimits::farOutIsExactWhereItCostsNothing()
-{
-    gaugeData layer = ticksOnly();
-    layer.angleLength = 360.0;
-    layer.divisionCount[0] = 1;
-    layer.divisionOuterRadius[0] = 1e6;
-    layer.divisionInnerRadius[0] = -infinity;
-    layer.divisionLineWidth[0] = 1e9;
-    layer.arcAngleLength[0] = 360.0;
-    layer.arcRadius[0] = 4e7;
-    layer.arcWidth[0] = 5e8;
-    const QList<RecordedCall> calls = paintedCalls({layer});
-    const RecordedCall line = ofKind(Kind::Line, calls).constFirst();
-    QVERIFY(line.line.y1() == 256.0 - 2.5e8);
-    QVERIFY(line.line.y2() == infinity);
-    QVERIFY(line.pen.widthF() == 1e9);
-    const RecordedCall arc = ofKind(Kind::Path, calls).constFirst();
-    QVERIFY(arc.path.boundingRect().width() > 1.9e10);
-    QVERIFY(arc.pen.widthF() == 5e8);
-}
-
-void tst_PainterLimits::farOutDoesNotStall()
-{
-    gaugeData layer = busyLayer(true);
-    layer.divisionCount = {20, 2, 1};
-    layer.divisionInnerRadius = {-900.0, -900.0, -900.0};
-    layer.arcRadius = {900.0, 900.0, 900.0, 900.0};
-    // Line by line out to its end, this picture would take the raster engine far longer than a test may run.
-    QVERIFY(!picture({layer}, 4096).isNull());
 }
 
 QTEST_MAIN(tst_PainterLimits)
