@@ -13,6 +13,8 @@
 #include <QJsonDocument>
 #include <QLabel>
 #include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSpinBox>
 
 namespace {
@@ -104,6 +106,11 @@ void load(const QWidget &window, DialogAnswers &answers, const QString &path,
     answers.expectFile(path);
     andThen();
     press(window, "loadButton");
+}
+
+void expectAndAppend(DialogAnswers &answers)
+{
+    answers.expect<QMessageBox>([](QMessageBox &box) { box.findChildren<QPushButton *>().first()->click(); });
 }
 
 QStringList stateOf(const QWidget &window)

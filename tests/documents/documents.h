@@ -27,6 +27,10 @@ void load(
     const QWidget &window, DialogAnswers &answers, const QString &path,
     const std::function<void()> &andThen = [] {});
 
+/// Expects the question whether a loaded gauge comes beside the active layer or over it, and takes the
+/// former.
+void expectAndAppend(DialogAnswers &answers);
+
 /// Everything that a user of a window could see or lose, a line each: the rows, all controls, the stack and
 /// the working copy to the last digit.
 [[nodiscard]] QStringList stateOf(const QWidget &window);

@@ -63,7 +63,7 @@ private:
     std::optional<SilentProxy> m_proxy;
     std::optional<QTemporaryDir> m_folder;
     std::optional<Window> m_window;
-    DialogAnswers m_answers;
+    std::optional<DialogAnswers> m_answers;
     QStringList m_before;
 };
 
@@ -71,13 +71,14 @@ void tst_FailedLoad::init()
 {
     failOnUnexpectedWarnings();
     m_folder.emplace();
+    m_answers.emplace();
     // Three layers, the middle one active and edited: whatever a load touched would show.
     const QString path = m_folder->filePath(QStringLiteral("Start.gauge"));
     QVERIFY(writeFile(path, gaugeFile::write({{QStringLiteral("One"), sampleLayer(1)},
                                               {QStringLiteral("Two"), sampleLayer(2)},
                                               {QStringLiteral("Three"), sampleLayer(3)}})));
     m_window.emplace();
-    load(*m_window, m_answers, path);
+    load(*m_window, *m_answers, path);
     control<QListWidget>(*m_window, "layerList")->setCurrentRow(1);
     control<QDoubleSpinBox>(*m_window, "gaugeStartAngleSpinBox")->setValue(77.5);
     m_before = stateOf(*m_window);
@@ -85,7 +86,7 @@ void tst_FailedLoad::init()
 
 void tst_FailedLoad::cleanup()
 {
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QCOMPARE(stateOf(*m_window), m_before);
     m_window.reset();
     m_folder.reset();
@@ -100,9 +101,9 @@ void tst_FailedLoad::loadContent(const QString &fileName, const QByteArray &cont
 {
     const QString path = m_folder->filePath(fileName);
     QVERIFY(writeFile(path, content));
-    load(*m_window, m_answers, path, [&] {
-        m_answers.expectMessage(&*m_window, QMessageBox::Warning, QStringLiteral("Unable to load gauge"),
-                                fileName + QLatin1String(" could not be read.\n\n") + reason);
+    load(*m_window, *m_answers, path, [&] {
+        m_answers->expectMessage(&*m_window, QMessageBox::Warning, QStringLiteral("Unable to load gauge"),
+                                 fileName + QLatin1String(" could not be read.\n\n") + reason);
     });
 }
 
@@ -176,18 +177,18 @@ void tst_FailedLoad::tellsTheFileNameAsItIs()
 void tst_FailedLoad::tellsWhenTheFileVanished()
 {
     const QString path = m_folder->filePath(QStringLiteral("Start.gauge"));
-    expectFileAndThen(m_answers, path, [path] { return QFile::remove(path); });
-    m_answers.expectMessage(&*m_window, QMessageBox::Information, cannotOpen,
-                            QStringLiteral("No such file or directory"));
+    expectFileAndThen(*m_answers, path, [path] { return QFile::remove(path); });
+    m_answers->expectMessage(&*m_window, QMessageBox::Information, cannotOpen,
+                             QStringLiteral("No such file or directory"));
     press(*m_window, "loadButton");
 }
 
 void tst_FailedLoad::tellsWhenTheFolderBecameAFile()
 {
-    expectFileAndThen(m_answers, m_folder->filePath(QStringLiteral("Start.gauge")),
+    expectFileAndThen(*m_answers, m_folder->filePath(QStringLiteral("Start.gauge")),
                       [this] { return m_folder->remove() && writeFile(m_folder->path(), "content"); });
-    m_answers.expectMessage(&*m_window, QMessageBox::Information, cannotOpen,
-                            QStringLiteral("Not a directory"));
+    m_answers->expectMessage(&*m_window, QMessageBox::Information, cannotOpen,
+                             QStringLiteral("Not a directory"));
     press(*m_window, "loadButton");
     QVERIFY(QFile::remove(m_folder->path()));
 }
@@ -196,8 +197,8 @@ void tst_FailedLoad::tellsWhenTheFileIsNone()
 {
     // A folder that came in the file's place.
     const QString path = m_folder->filePath(QStringLiteral("Start.gauge"));
-    expectFileAndThen(m_answers, path, [path] { return QFile::remove(path) && QDir().mkdir(path); });
-    m_answers.expect<QMessageBox>([](QMessageBox &box) {
+    expectFileAndThen(*m_answers, path, [path] { return QFile::remove(path) && QDir().mkdir(path); });
+    m_answers->expect<QMessageBox>([](QMessageBox &box) {
         QCOMPARE(box.icon(), QMessageBox::Information);
         QCOMPARE(box.windowTitle(), cannotOpen);
         QVERIFY(!box.text().isEmpty());

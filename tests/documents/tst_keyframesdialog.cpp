@@ -49,13 +49,14 @@ private:
 
     std::optional<SilentProxy> m_proxy;
     std::optional<QTemporaryDir> m_folder;
-    DialogAnswers m_answers;
+    std::optional<DialogAnswers> m_answers;
 };
 
 void tst_KeyframesDialog::init()
 {
     failOnUnexpectedWarnings();
     m_folder.emplace();
+    m_answers.emplace();
 }
 
 void tst_KeyframesDialog::cleanupTestCase()
@@ -67,7 +68,7 @@ void tst_KeyframesDialog::cleanupTestCase()
 QByteArray tst_KeyframesDialog::tableOf(const Window &window)
 {
     const QString path = m_folder->filePath(QStringLiteral("Keyframes.csv"));
-    m_answers.expectFile(path);
+    m_answers->expectFile(path);
     press(window, "saveKeyFrameButton");
     return contentOf(path);
 }
@@ -76,13 +77,13 @@ void tst_KeyframesDialog::load(Window &window, const QList<gaugeLayer> &layers)
 {
     const QString path = m_folder->filePath(QStringLiteral("Dial.gauge"));
     QVERIFY(writeFile(path, gaugeFile::write(layers)));
-    ::load(window, m_answers, path);
+    ::load(window, *m_answers, path);
 }
 
 void tst_KeyframesDialog::asksForTheFile()
 {
     const Window window;
-    m_answers.expect<QFileDialog>([&window](QFileDialog &dialog) {
+    m_answers->expect<QFileDialog>([&window](QFileDialog &dialog) {
         QCOMPARE(dialog.parentWidget(), &window);
         QVERIFY(dialog.isModal());
         QCOMPARE(dialog.windowTitle(), QStringLiteral("Save Keyframes CSV"));
@@ -95,7 +96,7 @@ void tst_KeyframesDialog::asksForTheFile()
         dialog.reject();
     });
     press(window, "saveKeyFrameButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::writesTheTicksOfALayer()
@@ -117,7 +118,7 @@ void tst_KeyframesDialog::writesTheTicksOfALayer()
                                          "Name,0,55\r"
                                          "Name,0.5,77.5\r"
                                          "Name,1,100\r"));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::writesAFullCircleOnce()
@@ -134,7 +135,7 @@ void tst_KeyframesDialog::writesAFullCircleOnce()
                                          "Clock,3,135\r"
                                          "Clock,6,225\r"
                                          "Clock,9,315\r"));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::writesTheLayersOneAfterAnother()
@@ -155,7 +156,7 @@ void tst_KeyframesDialog::writesTheLayersOneAfterAnother()
                                          "Z\xC3\xA4hler,1,90\r"
                                          "B,0,90\r"
                                          "B,1,150\r"));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::writesTheLatestEdits()
@@ -169,7 +170,7 @@ void tst_KeyframesDialog::writesTheLatestEdits()
                                          "Renamed,0,15\r"
                                          "Renamed,1,30\r"
                                          "Renamed,2,45\r"));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::quotesANameThatNeedsIt_data()
@@ -194,15 +195,15 @@ void tst_KeyframesDialog::quotesANameThatNeedsIt()
     Window window;
     load(window, {{name, layer}});
     QCOMPARE(tableOf(window), "Layer,Tick,Angle\r" + field + ",0,30\r" + field + ",1,90\r");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::completesANameWithoutSuffix()
 {
     const Window window;
-    m_answers.expectFile(m_folder->filePath(QStringLiteral("Angles")));
+    m_answers->expectFile(m_folder->filePath(QStringLiteral("Angles")));
     press(window, "saveKeyFrameButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList(QStringLiteral("Angles.csv")));
 }
 
@@ -213,20 +214,20 @@ void tst_KeyframesDialog::replacesAnExistingFile()
     const Window window;
     control<QSpinBox>(window, "gaugeDivisions1SpinBox")->setValue(0);
     QCOMPARE(tableOf(window), QByteArray("Layer,Tick,Angle\r"));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::doesNothingWhenCancelled()
 {
     const Window window;
     const QStringList before = stateOf(window);
-    m_answers.expect<QFileDialog>([this](QFileDialog &dialog) {
+    m_answers->expect<QFileDialog>([this](QFileDialog &dialog) {
         dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
             ->setText(m_folder->filePath(QStringLiteral("Angles.csv")));
         dialog.reject();
     });
     press(window, "saveKeyFrameButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QVERIFY(QDir(m_folder->path()).isEmpty());
     QCOMPARE(stateOf(window), before);
 }
@@ -237,11 +238,11 @@ void tst_KeyframesDialog::tellsWhenTheFileCannotBeOpened()
     QVERIFY(writeFile(parent, "content"));
     const Window window;
     const QStringList before = stateOf(window);
-    m_answers.expectFile(parent + QLatin1String("/Angles.csv"));
-    m_answers.expectMessage(&window, QMessageBox::Information, QStringLiteral("Unable to open file"),
-                            QStringLiteral("Not a directory"));
+    m_answers->expectFile(parent + QLatin1String("/Angles.csv"));
+    m_answers->expectMessage(&window, QMessageBox::Information, QStringLiteral("Unable to open file"),
+                             QStringLiteral("Not a directory"));
     press(window, "saveKeyFrameButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QCOMPARE(contentOf(parent), QByteArray("content"));
     QCOMPARE(stateOf(window), before);
 }
@@ -249,16 +250,16 @@ void tst_KeyframesDialog::tellsWhenTheFileCannotBeOpened()
 void tst_KeyframesDialog::tellsWhenTheFolderVanished()
 {
     const Window window;
-    m_answers.expect<QFileDialog>([this](QFileDialog &dialog) {
+    m_answers->expect<QFileDialog>([this](QFileDialog &dialog) {
         dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
             ->setText(m_folder->filePath(QStringLiteral("Angles.csv")));
         QVERIFY(m_folder->remove());
         static_cast<QDialog &>(dialog).accept();
     });
-    m_answers.expectMessage(&window, QMessageBox::Information, QStringLiteral("Unable to open file"),
-                            QStringLiteral("No such file or directory"));
+    m_answers->expectMessage(&window, QMessageBox::Information, QStringLiteral("Unable to open file"),
+                             QStringLiteral("No such file or directory"));
     press(window, "saveKeyFrameButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_KeyframesDialog::keepsTheGaugeWhenTheDiskIsFull()
@@ -267,9 +268,9 @@ void tst_KeyframesDialog::keepsTheGaugeWhenTheDiskIsFull()
     QVERIFY(QFile::link(QStringLiteral("/dev/full"), path));
     const Window window;
     const QStringList before = stateOf(window);
-    m_answers.expectFile(path);
+    m_answers->expectFile(path);
     press(window, "saveKeyFrameButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QCOMPARE(stateOf(window), before);
 }
 

@@ -35,7 +35,7 @@ private Q_SLOTS:
     void namesASingleLayerAfterItsFile_data();
     void namesASingleLayerAfterItsFile();
     void numbersSeveralLayersWithoutNames();
-    void keepsNamesThatAreTaken();
+    void keepsNamesAsTheyAre();
     void keepsValuesThatNoControlCanShow();
     void showsTheLoadedLayerInTheControls();
     void goesOnWithTheListAsBefore();
@@ -194,8 +194,7 @@ void tst_LoadGauge::namesASingleLayerAfterItsFile()
     QCOMPARE(linesOf(gaugeOf(window)), linesOf({{name, sampleLayer(1)}}));
 
     // The same when it is appended.
-    load(window, answers, path,
-         [&answers] { answers.expect<QMessageBox>([](QMessageBox &box) { box.defaultButton()->click(); }); });
+    load(window, answers, path, [&answers] { expectAndAppend(answers); });
     QCOMPARE(answers.problems(), QStringList());
     QCOMPARE(linesOf(gaugeOf(window)), linesOf({{name, sampleLayer(1)}, {name, sampleLayer(1)}}));
 }
@@ -212,28 +211,28 @@ void tst_LoadGauge::numbersSeveralLayersWithoutNames()
     QCOMPARE(linesOf(gaugeOf(window)), linesOf({{QStringLiteral("Three"), sampleLayer(1)},
                                                 {QStringLiteral("Layer 2"), sampleLayer(2)},
                                                 {QStringLiteral("Layer 3"), sampleLayer(3)}}));
-    load(window, answers, path,
-         [&answers] { answers.expect<QMessageBox>([](QMessageBox &box) { box.defaultButton()->click(); }); });
+    load(window, answers, path, [&answers] { expectAndAppend(answers); });
     QCOMPARE(answers.problems(), QStringList());
     QCOMPARE(linesOf(gaugeOf(window)).sliced(3), linesOf({{QStringLiteral("Layer 4"), sampleLayer(1)},
                                                           {QStringLiteral("Layer 5"), sampleLayer(2)},
                                                           {QStringLiteral("Layer 6"), sampleLayer(3)}}));
 }
 
-void tst_LoadGauge::keepsNamesThatAreTaken()
+void tst_LoadGauge::keepsNamesAsTheyAre()
 {
-    const QList<gaugeLayer> layers{{QStringLiteral("Layer 3"), sampleLayer(1)},
-                                   {QStringLiteral("Layer 3"), sampleLayer(2)},
-                                   {QString(), sampleLayer(3)},
-                                   {QStringLiteral("  "), sampleLayer(4)}};
+    // Neither made unique nor trimmed, as names that the user types are.
+    const QList<gaugeLayer> layers{{QStringLiteral(" Layer 4 "), sampleLayer(1)},
+                                   {QStringLiteral("Layer 4"), sampleLayer(2)},
+                                   {QStringLiteral("\tMarks "), sampleLayer(3)},
+                                   {QString(), sampleLayer(4)},
+                                   {QStringLiteral("  "), sampleLayer(5)}};
     const Window window;
     DialogAnswers answers;
     load(window, answers, fileOf(QStringLiteral("Dial.gauge"), layers));
     QCOMPARE(answers.problems(), QStringList());
-    const QStringList lines = linesOf(gaugeOf(window));
-    QCOMPARE(
-        lines,
-        linesOf({layers.at(0), layers.at(1), {QStringLiteral("Layer 3"), sampleLayer(3)}, layers.at(3)}));
+    QList<gaugeLayer> expected = layers;
+    expected[3].name = QStringLiteral("Layer 4");
+    QCOMPARE(linesOf(gaugeOf(window)), linesOf(expected));
 }
 
 void tst_LoadGauge::keepsValuesThatNoControlCanShow()

@@ -81,13 +81,14 @@ private:
 
     std::optional<SilentProxy> m_proxy;
     std::optional<QTemporaryDir> m_folder;
-    DialogAnswers m_answers;
+    std::optional<DialogAnswers> m_answers;
 };
 
 void tst_Reference::init()
 {
     failOnUnexpectedWarnings();
     m_folder.emplace();
+    m_answers.emplace();
 }
 
 void tst_Reference::cleanupTestCase()
@@ -98,9 +99,9 @@ void tst_Reference::cleanupTestCase()
 
 void tst_Reference::loadReference(const Window &window, const QString &path)
 {
-    m_answers.expectFile(path);
+    m_answers->expectFile(path);
     press(window, "loadReferenceButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_Reference::show(const Window &window, const QString &fileName, const QImage &picture)
@@ -113,7 +114,7 @@ void tst_Reference::show(const Window &window, const QString &fileName, const QI
 void tst_Reference::asksForThePicture()
 {
     const Window window;
-    m_answers.expect<QFileDialog>([&window](QFileDialog &dialog) {
+    m_answers->expect<QFileDialog>([&window](QFileDialog &dialog) {
         QCOMPARE(dialog.parentWidget(), &window);
         QVERIFY(dialog.isModal());
         QCOMPARE(dialog.windowTitle(), QStringLiteral("Load Reference Image (512x512)"));
@@ -124,7 +125,7 @@ void tst_Reference::asksForThePicture()
         dialog.reject();
     });
     press(window, "loadReferenceButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_Reference::startsWithAText()
@@ -249,7 +250,7 @@ void tst_Reference::clears()
 
     show(window, QStringLiteral("Dial.png"), pattern(canvas));
     QCOMPARE(shown(window), pattern(canvas));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_Reference::clearsTheTextForGood()
@@ -262,7 +263,7 @@ void tst_Reference::clearsTheTextForGood()
     press(window, "clearReferenceButton");
     QCOMPARE(label->text(), QString());
     QCOMPARE(shown(window), plain(Qt::black));
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
 }
 
 void tst_Reference::keepsWhatIsShownWhenCancelled()
@@ -270,9 +271,9 @@ void tst_Reference::keepsWhatIsShownWhenCancelled()
     const Window window;
     show(window, QStringLiteral("Dial.png"), pattern(canvas));
     const QStringList before = stateOf(window);
-    m_answers.expectAndCancel<QFileDialog>();
+    m_answers->expectAndCancel<QFileDialog>();
     press(window, "loadReferenceButton");
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QCOMPARE(stateOf(window), before);
 }
 
@@ -324,12 +325,12 @@ void tst_Reference::leavesNoTraceInWhatIsSaved()
     const QString without = m_folder->filePath(QStringLiteral("Without.") + suffix);
     const QString with = m_folder->filePath(QStringLiteral("With.") + suffix);
     const Window window;
-    m_answers.expectFile(without);
+    m_answers->expectFile(without);
     press(window, button);
     show(window, QStringLiteral("Dial.png"), pattern(canvas));
-    m_answers.expectFile(with);
+    m_answers->expectFile(with);
     press(window, button);
-    QCOMPARE(m_answers.problems(), QStringList());
+    QCOMPARE(m_answers->problems(), QStringList());
     QVERIFY(!contentOf(without).isEmpty());
     QCOMPARE(contentOf(with), contentOf(without));
 }
