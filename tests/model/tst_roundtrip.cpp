@@ -94,7 +94,8 @@ private:
 double inSixDigits(double value)
 {
     std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%.6g", value);
+    if (std::snprintf(text.data(), text.size(), "%.6g", value) < 0)
+        qFatal("no text for a number");
     return std::strtod(text.data(), nullptr);
 }
 
