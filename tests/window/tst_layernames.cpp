@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void acceptedName();
     void secondUndoFallsBackToTheLastAcceptedName();
     void escapeKeepsTheName();
+    void trimmingIsNotAnotherChange();
     void renamingLeavesTheStackAlone();
     void renamingNothingDoesNothing();
     void renamingRestoresBlockedSignals();
@@ -162,6 +164,15 @@ void tst_LayerNames::escapeKeepsTheName()
     QTest::keyClicks(line, u"Needle"_s);
     QTest::keyClick(line, Qt::Key_Escape);
     QCOMPARE(editor.layerList()->item(0)->text(), u"Layer 1"_s);
+}
+
+void tst_LayerNames::trimmingIsNotAnotherChange()
+{
+    Editor editor;
+    editor.show();
+    const QSignalSpy changed(editor.layerList(), &QListWidget::itemChanged);
+    rename(editor, 0, u"  Needle "_s);
+    QCOMPARE(changed.count(), 1);
 }
 
 void tst_LayerNames::renamingLeavesTheStackAlone()

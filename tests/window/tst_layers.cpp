@@ -5,6 +5,7 @@
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void removingTheLastSelectsTheNewLast();
     void removingTheFirstSelectsTheNext();
     void removedLayerIsNotWrittenOverItsNeighbour();
+    void removingIsNotSelecting();
     void removingRepaints();
     void removingSwitchesSignalsOn();
     void onlyLayerStays();
@@ -123,6 +125,7 @@ void tst_Layers::addedLayerIsDefaultAtTheEnd()
 {
     const Editor editor;
     editor.preview()->layers[0] = unusualLayer();
+    editor.preview()->workingLayer = unusualLayer();
     typeNewLayer(editor, u"Needle"_s);
     QCOMPARE(names(editor), (QStringList{u"Layer 1"_s, u"Needle"_s}));
     QCOMPARE(editor.layerList()->item(1)->data(Qt::UserRole).toString(), u"Needle"_s);
@@ -334,6 +337,15 @@ void tst_Layers::removedLayerIsNotWrittenOverItsNeighbour()
     editor.preview()->workingLayer.startAngle = 99.0;
     editor.control<QPushButton>("RemoveLayerButton"_L1)->click();
     QCOMPARE(startAngles(editor), (QList{10.0, 30.0}));
+}
+
+void tst_Layers::removingIsNotSelecting()
+{
+    Editor editor;
+    makeThreeLayers(editor);
+    const QSignalSpy selected(editor.layerList(), &QListWidget::currentItemChanged);
+    editor.control<QPushButton>("RemoveLayerButton"_L1)->click();
+    QCOMPARE(selected.count(), 0);
 }
 
 void tst_Layers::removingRepaints()
