@@ -1,19 +1,15 @@
+#include "tst_endtoend.h"
+
 #include "desktop.h"
-#include "formmap.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QPainter>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <cmath>
-#include <memory>
 
 using desktop::press;
 using desktop::type;
@@ -21,92 +17,17 @@ using desktop::waitForActive;
 
 namespace {
 
-constexpr int patience = 20000; // milliseconds
-
 /// Letters are blended onto the opaque screen otherwise than into a transparent picture, by less than this. A
 /// line that is missing or out of place is worth more. Per cent.
 constexpr int lettersOnScreen = 30;
 
-const QString title = QStringLiteral("Corvalence 2.2.0");
-const QString returnKey = QStringLiteral("Return");
-const QString tab = QStringLiteral("Tab");
-const QString space = QStringLiteral("space");
+} // namespace
 
 QByteArray contents(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
-
-} // namespace
-
-/// One person's session with the built program: a gauge made by keyboard alone, in the order of the tab key,
-/// saved in every form, loaded again after a restart and saved again; then the mouse.
-///
-/// The functions follow one another: each goes on where the one before has stopped.
-class tst_EndToEnd : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void cleanupTestCase();
-
-    void tabbingReachesTheSweep();
-    void tabbingReachesTheRings();
-    void tabbingReachesTheArcs();
-    void tabbingReachesTheLabels();
-    void tabbingReachesTheExports();
-    void tabbingReachesTheReference();
-    void tabbingReachesTheLayers();
-    void tabbingReachesThePresetsAndFiles();
-    void savedWhatWasTyped();
-    void tabulatedWhatWasTyped();
-    void exportsWhatItShows();
-    void closingEndsTheProgram();
-    void savesTheSameAfterARestart();
-    void showsTheSameAfterARestart();
-    void takesTheMouse();
-    void refusesABrokenFile();
-
-private:
-    void start();
-    [[nodiscard]] QString file(const QString &name) const { return m_folder.filePath(name); }
-    /// Types a value into the control that has the focus, and goes on to the next.
-    static void enter(const QString &value);
-    /// Presses the colour button that has the focus, picks a colour (none: cancels), and goes on.
-    void pickColor(const QString &color);
-    /// Presses the button that has the focus and answers its file dialog.
-    void answerFileDialog(const QString &dialog, const QString &path);
-    /// Clicks a button and answers its file dialog.
-    void clickAndAnswer(const char *button, const QString &dialog, const QString &path);
-    /// Saves the gauge in every form, as NAME.gauge and so on, and waits until all files are there and whole.
-    void saveEverything(const QString &name);
-    [[nodiscard]] QJsonObject savedLayer(const QString &path, int index) const;
-    /// The preview as far as it has its black backdrop, from which it may be off by a pixel, within the
-    /// window.
-    [[nodiscard]] QRect blackPreview() const
-    {
-        return m_map->rect("preview") & m_map->rect("referenceLabel");
-    }
-    void photographPreview(const QString &path) const;
-
-    QTemporaryDir m_folder;
-    QProcess m_program;
-    QString m_window;
-    std::unique_ptr<FormMap> m_map;
-    bool m_goesOn = true; ///< Whether all has gone well so far; what comes after a failure says nothing.
-};
-
-// QVERIFY returns from the function that it stands in; this also does when a helper has failed.
-#define STEP(step)                                                                                           \
-    do {                                                                                                     \
-        step;                                                                                                \
-        if (QTest::currentTestFailed())                                                                      \
-            return;                                                                                          \
-    } while (false)
 
 void tst_EndToEnd::initTestCase()
 {
@@ -217,140 +138,6 @@ QJsonObject tst_EndToEnd::savedLayer(const QString &path, int index) const
 void tst_EndToEnd::photographPreview(const QString &path) const
 {
     desktop::photograph(m_window, blackPreview(), path);
-}
-
-void tst_EndToEnd::tabbingReachesTheSweep()
-{
-    desktop::click(m_window, m_map->target("gaugeStartAngleSpinBox"));
-    enter(QStringLiteral("-135.25"));
-    enter(QStringLiteral("270.5"));
-    enter(QStringLiteral("0.35"));
-    press({QStringLiteral("Down"), tab}); // from "Exponential" to "Midpoint"
-}
-
-void tst_EndToEnd::tabbingReachesTheRings()
-{
-    const QList<QStringList> rings{{QStringLiteral("8"), QStringLiteral("3.5"), QStringLiteral("0.811"),
-                                    QStringLiteral("0.971"), QStringLiteral("#ff8001")},
-                                   {QStringLiteral("4"), QStringLiteral("2.25"), QStringLiteral("0.862"),
-                                    QStringLiteral("0.972"), QStringLiteral("#80ff02")},
-                                   {QStringLiteral("3"), QStringLiteral("0.75"), QStringLiteral("0.913"),
-                                    QStringLiteral("0.973"), QStringLiteral("#8003ff")}};
-    for (const QStringList &ring : rings) {
-        for (int control = 0; control < 4; ++control)
-            enter(ring.at(control));
-        STEP(pickColor(ring.at(4)));
-    }
-    press({space, tab}); // rounded ends of the ticks
-}
-
-void tst_EndToEnd::tabbingReachesTheArcs()
-{
-    const QList<QStringList> arcs{{QStringLiteral("-135"), QStringLiteral("100.125"), QStringLiteral("0.991"),
-                                   QStringLiteral("4.5"), QStringLiteral("#11aa11")},
-                                  {QStringLiteral("-35"), QStringLiteral("90.25"), QStringLiteral("0.992"),
-                                   QStringLiteral("5.5"), QStringLiteral("#aaaa22")},
-                                  {QStringLiteral("55"), QStringLiteral("80.375"), QStringLiteral("0.993"),
-                                   QStringLiteral("6.5"), QStringLiteral("#aa3333")},
-                                  {QStringLiteral("160"), QStringLiteral("40.5"), QStringLiteral("0.444"),
-                                   QStringLiteral("7.5"), QString()}};
-    for (const QStringList &arc : arcs) {
-        for (int control = 0; control < 4; ++control)
-            enter(arc.at(control));
-        STEP(pickColor(arc.at(4)));
-    }
-    press({space, tab}); // rounded ends of the arcs
-}
-
-void tst_EndToEnd::tabbingReachesTheLabels()
-{
-    enter(QStringLiteral("0.655"));
-    enter(QStringLiteral("-20"));
-    enter(QStringLiteral("1"));
-    enter(QStringLiteral("2.5")); // only now does the increment take a decimal
-    STEP(pickColor(QStringLiteral("#abcdef")));
-    press({tab}); // "Show Tick Counts" stays
-    press({space, tab, space, tab});
-    press({space});
-    QVERIFY2(waitForActive(QStringLiteral("Select Font")), qPrintable(desktop::activeTitle()));
-    press({QStringLiteral("alt+s"), QStringLiteral("ctrl+a")});
-    type(QStringLiteral("14"));
-    press({returnKey});
-    QVERIFY(waitForActive(title));
-    press({tab});
-}
-
-void tst_EndToEnd::tabbingReachesTheExports()
-{
-    press({space});
-    STEP(answerFileDialog(QStringLiteral("Save SVG"), file(QStringLiteral("first.svg"))));
-    QVERIFY(waitForActive(title));
-    press({tab, space});
-    STEP(answerFileDialog(QStringLiteral("Save PNG"), file(QStringLiteral("first"))));
-    QVERIFY(waitForActive(title));
-    press({tab});
-    enter(QStringLiteral("300"));
-    press({space});
-    STEP(answerFileDialog(QStringLiteral("Save Keyframes CSV"), file(QStringLiteral("first.csv"))));
-    QVERIFY(waitForActive(title));
-    press({tab});
-    QTRY_VERIFY_WITH_TIMEOUT(contents(file(QStringLiteral("first.svg"))).trimmed().endsWith("</svg>"),
-                             patience);
-    QTRY_COMPARE_WITH_TIMEOUT(QImage(file(QStringLiteral("first.png"))).size(), QSize(512, 512), patience);
-}
-
-void tst_EndToEnd::tabbingReachesTheReference()
-{
-    const auto middleOfTheFace = [this] {
-        const QString path = file(QStringLiteral("seen.png"));
-        photographPreview(path);
-        return QImage(path).pixelColor(200, 256);
-    };
-    press({space});
-    STEP(answerFileDialog(QStringLiteral("Load Reference Image (512x512)"),
-                          file(QStringLiteral("reference.png"))));
-    QVERIFY(waitForActive(title));
-    QTRY_COMPARE_WITH_TIMEOUT(middleOfTheFace(), QColor(200, 0, 200), patience);
-    press({tab, space});
-    QTRY_COMPARE_WITH_TIMEOUT(middleOfTheFace(), QColor(Qt::black), patience);
-    press({tab});
-}
-
-void tst_EndToEnd::tabbingReachesTheLayers()
-{
-    press({QStringLiteral("F2"), QStringLiteral("ctrl+a")});
-    type(QStringLiteral(" Front, \"left\" "));
-    press({returnKey, tab, space});
-    QVERIFY2(waitForActive(QStringLiteral("New Layer")), qPrintable(desktop::activeTitle()));
-    type(QStringLiteral("Not wanted"));
-    press({returnKey});
-    QVERIFY(waitForActive(title));
-    // Back to the list, down to the new layer, and remove it.
-    press({QStringLiteral("shift+Tab"), QStringLiteral("Down"), tab, tab, space, tab, space});
-    STEP(answerFileDialog(QStringLiteral("Save Layer As Preset"), QStringLiteral("Dial")));
-    QVERIFY(waitForActive(title));
-    QTRY_COMPARE_WITH_TIMEOUT(savedLayer(file(QStringLiteral("editor/Presets/Dial.gauge")), 0)
-                                  .value(QLatin1String("name"))
-                                  .toString(),
-                              QStringLiteral("Front, \"left\""), patience);
-    press({tab});
-}
-
-void tst_EndToEnd::tabbingReachesThePresetsAndFiles()
-{
-    // The only preset is the one just saved.
-    press({space, returnKey});
-    QVERIFY2(waitForActive(QStringLiteral("Load Gauge")), qPrintable(desktop::activeTitle()));
-    press({returnKey}); // add as new layers
-    QVERIFY(waitForActive(title));
-    press({tab, space});
-    STEP(answerFileDialog(QStringLiteral("Save Gauge"), file(QStringLiteral("first.gauge"))));
-    QVERIFY(waitForActive(title));
-    press({tab, space});
-    QVERIFY2(waitForActive(QStringLiteral("Load Gauge")), qPrintable(desktop::activeTitle()));
-    press({QStringLiteral("Escape")});
-    QVERIFY(waitForActive(title));
-    QTRY_VERIFY_WITH_TIMEOUT(!savedLayer(file(QStringLiteral("first.gauge")), 1).isEmpty(), patience);
 }
 
 void tst_EndToEnd::savedWhatWasTyped()
@@ -493,4 +280,3 @@ void tst_EndToEnd::refusesABrokenFile()
 }
 
 QTEST_MAIN(tst_EndToEnd)
-#include "tst_endtoend.moc"

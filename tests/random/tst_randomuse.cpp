@@ -10,15 +10,15 @@
 namespace {
 
 constexpr int usualActions = 10000;
-constexpr int actionsPerWindow = 2000;
+constexpr int actionsPerWindow = 1000;
 constexpr int actionsBetweenPreviews = 50;
 
 } // namespace
 
 /// Somebody plays with the editor: whatever they do, the window, the stack and the preview stay in step.
 ///
-/// CORVALENCE_RANDOM_ACTIONS sets how many things are done over all seeds, CORVALENCE_RANDOM_SEED has one
-/// seed alone played.
+/// CORVALENCE_RANDOM_ACTIONS sets how many things are done, a thousand with each seed in a window of its own.
+/// CORVALENCE_RANDOM_SEED has one seed alone played.
 class tst_RandomUse : public QObject
 {
     Q_OBJECT
