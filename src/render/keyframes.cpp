@@ -29,10 +29,11 @@ QList<QPointF> keyframes(const gaugeData &layer)
     QList<QPointF> frames;
     frames.reserve(ticks);
     double value = layer.tickCountStart;
-    for (qint64 i = 0; i < ticks; ++i, value += layer.tickCountIncrement) {
+    for (qint64 i = 0; i < ticks; ++i) {
         const double angle = tickAngle(layer, divisionFraction(static_cast<double>(i), divisions));
         // Back from the mathematical angle, so that the table agrees with the painter to the last rounding.
         frames.append({value, -(angle - 90.0)});
+        value += layer.tickCountIncrement;
     }
     return frames;
 }
