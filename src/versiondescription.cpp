@@ -1,10 +1,11 @@
 #include "versiondescription.h"
 
 #include <QDomDocument>
-#include <QRegularExpression>
 #include <QStringDecoder>
 #include <QVersionNumber>
 #include <QXmlStreamReader>
+
+#include <algorithm>
 
 namespace {
 
@@ -16,13 +17,22 @@ constexpr qsizetype mostAttributes = 5000;
 /// begins with. A zero byte is what another encoding leaves between the two.
 qsizetype possibleAttributes(const QByteArray &xml, const QString &declaredEncoding)
 {
-    static const QRegularExpression assignment(QStringLiteral(R"(=[\s\x00]*["'])"));
     const auto begunEncoding = QStringConverter::encodingForData(xml).value_or(QStringConverter::Utf8);
     QStringDecoder decoder = declaredEncoding.isEmpty()
                                  ? QStringDecoder(begunEncoding)
                                  : QStringDecoder(declaredEncoding.toLatin1().constData());
     const QString text = decoder.isValid() ? QString(decoder(xml)) : QString::fromLatin1(xml);
-    return text.count(assignment);
+
+    // By hand: a regular expression begins anew for each match, and checks all of the rest each time.
+    qsizetype count = 0;
+    for (qsizetype sign = text.indexOf(QLatin1Char('=')); sign >= 0;
+         sign = text.indexOf(QLatin1Char('='), sign + 1)) {
+        const auto after = std::find_if_not(text.cbegin() + sign + 1, text.cend(),
+                                            [](QChar c) { return c.isNull() || c.isSpace(); });
+        if (after != text.cend() && (*after == QLatin1Char('"') || *after == QLatin1Char('\'')))
+            ++count;
+    }
+    return count;
 }
 
 /// Whether the text would cost QDomDocument more than a description is worth: it builds nested elements,
