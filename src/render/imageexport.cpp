@@ -2,6 +2,7 @@
 
 #include "gaugedata.h"
 #include "gaugepainter.h"
+#include "pngencoder.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -103,7 +104,11 @@ bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const
         image.setDotsPerMeterX(dotsPerMetre);
         image.setDotsPerMeterY(dotsPerMetre);
     }
+#ifdef CORVALENCE_FAST_PNG
+    return writeArgbPng(device, image);
+#else
     return QImageWriter(&device, "png").write(image);
+#endif
 }
 
 bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
