@@ -112,7 +112,8 @@ QString checkTicks(const QList<gaugeLayer> &layers, quint64 limit)
     }
     if (ticks <= limit)
         return {};
-    const QLocale plain = QLocale::c();
+    QLocale plain = QLocale::c();
+    plain.setNumberOptions(QLocale::DefaultNumberOptions); // thousands apart, for numbers of this length
     return QStringLiteral("It has %1 ticks, more than the limit of %2 (--tick-limit raises it).")
         .arg(plain.toString(ticks), plain.toString(limit));
 }

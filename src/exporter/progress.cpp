@@ -82,7 +82,8 @@ void Progress::showBar()
     constexpr size_t width = 40;
     std::string bar(width, '-');
     std::fill_n(bar.begin(), width * m_done / m_total, '#');
-    m_barLength = std::printf("\r[%s] %zu/%zu", bar.c_str(), m_done, m_total);
+    std::putchar('\r');
+    m_barLength = std::printf("[%s] %zu/%zu", bar.c_str(), m_done, m_total);
     std::fflush(stdout);
 }
 
