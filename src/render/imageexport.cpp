@@ -2,7 +2,6 @@
 
 #include "gaugedata.h"
 #include "gaugepainter.h"
-#include "pngencoder.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -89,11 +88,11 @@ void setPageSide(QByteArray &document, double points)
 
 } // namespace
 
-bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
+QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
     QImage image(size, size, QImage::Format_ARGB32);
-    if (image.isNull() || !device.isWritable())
-        return false;
+    if (image.isNull())
+        return image;
     image.fill(Qt::transparent);
     QPainter painter(&image);
     paintGauge(painter, size, layers);
@@ -104,11 +103,13 @@ bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const
         image.setDotsPerMeterX(dotsPerMetre);
         image.setDotsPerMeterY(dotsPerMetre);
     }
-#ifdef CORVALENCE_FAST_PNG
-    return writeArgbPng(device, image);
-#else
-    return QImageWriter(&device, "png").write(image);
-#endif
+    return image;
+}
+
+bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)
+{
+    const QImage image = gaugeImage(size, layers, style);
+    return !image.isNull() && device.isWritable() && QImageWriter(&device, "png").write(image);
 }
 
 bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style)

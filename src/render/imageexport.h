@@ -1,6 +1,7 @@
 #ifndef IMAGEEXPORT_H
 #define IMAGEEXPORT_H
 
+#include <QImage>
 #include <QList>
 
 class QIODevice;
@@ -14,9 +15,11 @@ struct PictureStyle
         false; ///< Labels are shapes, so that the drawing needs no font; a PNG never does.
 };
 
-/// Writes a stack of layers to an open device as a square PNG of @a size pixels with a transparent
-/// background. A true side sets the pixel density alone. Returns false when the picture could not be made or
-/// written.
+/// A stack of layers as a square picture of @a size pixels on nothing, in QImage::Format_ARGB32. A true side
+/// sets the pixel density alone. Null when there is no memory for it, or no size.
+[[nodiscard]] QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
+
+/// Writes the picture to an open device as a PNG. Returns false when it could not be made or written.
 bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
 /// Writes a stack of layers to an open device as an SVG drawing whose width, height and view box are @a size,
