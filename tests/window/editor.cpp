@@ -20,7 +20,7 @@ void Editor::call(const char *slot)
         qFatal("The window has no slot \"%s\".", slot);
 }
 
-void Editor::addLayer(const QString &name)
+void Editor::addLayer(const QString &name) const
 {
     DialogAnswers answers;
     answers.expect<QInputDialog>([name](QInputDialog &dialog) {

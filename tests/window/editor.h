@@ -34,7 +34,7 @@ public:
     /// Calls a slot without arguments by its name.
     void call(const char *slot);
     /// Adds a layer as a user does, through the button and its dialog.
-    void addLayer(const QString &name);
+    void addLayer(const QString &name) const;
     /// Shows the window and waits until it is on the screen and painted.
     void show();
 
