@@ -12,6 +12,8 @@ namespace {
 constexpr qsizetype largestDescription = qsizetype(1024) * 1024;
 constexpr int deepestNesting = 256;
 constexpr qsizetype mostAttributes = 5000;
+/// An attribute's name, type and value in a document type take at least so many characters.
+constexpr qsizetype shortestDeclaration = 10;
 
 /// How many attributes the text could hold: equals signs before a quote, in the encoding that it declares or
 /// begins with. A zero byte is what another encoding leaves between the two.
@@ -46,7 +48,9 @@ bool isCostly(const QByteArray &xml)
     // As QDomDocument reads: an undeclared prefix is no error, and must not end this look early.
     reader.setNamespaceProcessing(false);
     int depth = 0;
-    while (!reader.atEnd()) {
+    qsizetype attributes = 0;
+    qsizetype declaredAttributes = 0; // at most
+    while (!reader.atEnd() && attributes <= mostAttributes) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartDocument:
             // Counted ahead, since this look would itself take long over a tag of many attributes.
@@ -55,13 +59,17 @@ bool isCostly(const QByteArray &xml)
             break;
         case QXmlStreamReader::DTD:
             // Parameter entities count, too. The word in a comment or an instruction declares nothing.
-            // Attributes that are declared with a value come to every element, written or not.
-            if (!reader.entityDeclarations().isEmpty() || reader.text().contains(QLatin1String("<!ATTLIST")))
+            if (!reader.entityDeclarations().isEmpty())
                 return true;
+            if (reader.text().contains(QLatin1String("<!ATTLIST")))
+                declaredAttributes = reader.text().size() / shortestDeclaration;
+            attributes += declaredAttributes;
             break;
         case QXmlStreamReader::StartElement:
             if (++depth > deepestNesting)
                 return true;
+            // Those that are declared with a value come to every element, written or not.
+            attributes += declaredAttributes;
             break;
         case QXmlStreamReader::EndElement:
             --depth;
@@ -70,7 +78,7 @@ bool isCostly(const QByteArray &xml)
             break;
         }
     }
-    return false;
+    return attributes > mostAttributes;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "renderarea.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -158,7 +159,8 @@ QString FormView::wrongControl(gaugeData layer, bool withFont) const
     if (biasType->currentIndex() != (layer.midpointBias ? 1 : 0))
         return says(biasType, biasType->currentText(), onOff(layer.midpointBias));
     const QFont shown = fontButton->font();
-    const QFont &held = layer.tickCountFont;
+    // What a font does not say, such as the size that it was refused, a control takes from the application.
+    const QFont held = layer.tickCountFont.resolve(QApplication::font(fontButton));
     if (withFont && (shown.family() != held.family() || shown.pointSize() != held.pointSize() ||
                      shown.weight() != held.weight() || shown.style() != held.style()))
         return says(fontButton, shown.toString(), held.toString());
