@@ -29,8 +29,8 @@ qsizetype possibleAttributes(const QByteArray &xml, const QString &declaredEncod
     qsizetype count = 0;
     for (qsizetype sign = text.indexOf(QLatin1Char('=')); sign >= 0;
          sign = text.indexOf(QLatin1Char('='), sign + 1)) {
-        const auto after = std::find_if_not(text.cbegin() + sign + 1, text.cend(),
-                                            [](QChar c) { return c.isNull() || c.isSpace(); });
+        const QChar *const after = std::find_if_not(text.cbegin() + sign + 1, text.cend(),
+                                                    [](QChar c) { return c.isNull() || c.isSpace(); });
         if (after != text.cend() && (*after == QLatin1Char('"') || *after == QLatin1Char('\'')))
             ++count;
     }

@@ -39,7 +39,7 @@ void Window::onUpdateCheckFinished(QNetworkReply *reply)
     manualUpdateCheck = false;
     // Last of all: the messages run event loops of their own, in which the window and its replies can go.
     const auto release = qScopeGuard([answered = QPointer<QNetworkReply>(reply)] {
-        if (answered)
+        if (!answered.isNull())
             answered->deleteLater();
     });
 
@@ -89,7 +89,7 @@ void Window::offerUpdate(const QString &version, const QString &notes, const QSt
     const QPushButton *visitSite = offer->addButton(QStringLiteral("Visit Site"), QMessageBox::AcceptRole);
     offer->addButton(QMessageBox::Close);
     offer->exec();
-    if (!offer)
+    if (offer.isNull())
         return;
 
     if (offer->clickedButton() == download)

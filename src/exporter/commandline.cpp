@@ -180,8 +180,8 @@ void SettingsReader::readSizes()
 
 void SettingsReader::refuseValue(const QCommandLineOption &option)
 {
-    refuse(
-        QStringLiteral("\"%1\" is not a value for --%2").arg(m_parser.value(option), option.names().last()));
+    refuse(QStringLiteral("\"%1\" is not a value for --%2")
+               .arg(m_parser.value(option), option.names().constLast()));
 }
 
 double SettingsReader::readLength(const QCommandLineOption &option)

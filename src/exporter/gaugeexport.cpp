@@ -263,11 +263,11 @@ QString exportStandardInput(const ExportSettings &settings)
     // Without a file name the first layer keeps the name of the row that it takes.
     QList<gaugeLayer> layers;
     const QString firstRow = QCoreApplication::translate("Window", "Layer %1").arg(1);
-    const QString reason = readLayers(bytes, firstRow, settings, layers);
+    QString reason = readLayers(bytes, firstRow, settings, layers);
     if (!reason.isEmpty() || settings.dryRun)
         return reason;
 
-    const Output output = outputs(settings).first();
+    const Output output = outputs(settings).constFirst();
     QBuffer result;
     if (!result.open(QIODevice::WriteOnly) || !writeOutput(result, output, layers, settings))
         return cannotMake(output);

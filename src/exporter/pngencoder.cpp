@@ -272,7 +272,7 @@ bool writeArgbPng(QIODevice &device, const QImage &image)
 {
     const size_t rowBytes = static_cast<size_t>(image.width()) * pixelBytes;
     // So little is compressed in a smaller window.
-    constexpr size_t little = 16 * 1024;
+    constexpr size_t little = size_t(16) * 1024;
     if ((rowBytes + 1) * static_cast<size_t>(image.height()) <= little)
         return QImageWriter(&device, "png").write(image);
 
