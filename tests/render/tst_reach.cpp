@@ -28,6 +28,7 @@ private Q_SLOTS:
     void farOutLooksLikeJustOutOfSight_data();
     void farOutLooksLikeJustOutOfSight();
     void farOutIsExactWhereItCostsNothing();
+    void wideArcKeepsItsInnerEdge();
     void farOutDoesNotStall();
 };
 
@@ -90,6 +91,23 @@ void tst_Reach::farOutIsExactWhereItCostsNothing()
     const RecordedCall arc = ofKind(Kind::Path, calls).constFirst();
     QVERIFY(arc.path.boundingRect().width() > 1.9e10);
     QVERIFY(arc.pen.widthF() == 5e8);
+}
+
+void tst_Reach::wideArcKeepsItsInnerEdge()
+{
+    // A full ring around 20 face radii, so wide that only 100 units around the centre stay free.
+    constexpr double free = 100.0;
+    gaugeData layer;
+    layer.divisionCount = {-1, 1, 1};
+    layer.arcAngleLength = {360.0, 0.0, 0.0, 0.0};
+    layer.arcRadius[0] = 20.0;
+    layer.arcWidth[0] = 2.0 * (20.0 * 250.0 - free);
+
+    const QImage image = picture({layer}, 512);
+    QCOMPARE(image.pixelColor(256 + 90, 256).alpha(), 0);
+    QCOMPARE(image.pixelColor(256, 256 - 90).alpha(), 0);
+    QCOMPARE(image.pixelColor(256 + 110, 256), QColor(Qt::green));
+    QCOMPARE(image.pixelColor(2, 2), QColor(Qt::green));
 }
 
 void tst_Reach::farOutDoesNotStall()
