@@ -62,8 +62,9 @@ bool exportAll(const ExportSettings &settings)
     };
 
     // Each worker takes the next gauge when it is done with one, so that no more pictures than workers are in
-    // memory at any time.
-    QThreadPool pool;
+    // memory at any time. The global pool, because Qt's raster engine spreads its spans over that pool unless
+    // it already paints in one of its threads: with a gauge a worker that only costs thousands of waits.
+    QThreadPool &pool = *QThreadPool::globalInstance();
     const auto workers = static_cast<int>(std::min<qsizetype>(settings.jobs, settings.files.size()));
     pool.setMaxThreadCount(workers);
     for (int worker = 0; worker < workers; ++worker)
