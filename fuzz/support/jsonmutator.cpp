@@ -179,8 +179,16 @@ void collect(JsonTree &tree, Nodes &nodes)
         collect(child, nodes);
 }
 
+/// Half of the time each node is as likely as any other; otherwise each level is, or the few containers near
+/// the top would hardly ever be chosen among the many values in them.
 JsonTree &anyNode(JsonTree &tree, Random &random)
 {
+    if (random.oneIn(2)) {
+        JsonTree *node = &tree;
+        while (!node->children.empty() && !random.oneIn(5))
+            node = &node->children[random.below(node->children.size())];
+        return *node;
+    }
     Nodes nodes;
     collect(tree, nodes);
     return random.pick(nodes);
