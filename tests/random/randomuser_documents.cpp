@@ -8,7 +8,6 @@
 #include "renderarea.h"
 #include "window.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -45,11 +44,7 @@ QString withSuffix(const QString &path, const QString &suffix)
 
 QString RandomUser::previewProblem() const
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    if (!writePng(buffer, 512, m_form.renderArea->layers))
-        return QStringLiteral("the stack cannot be exported");
-    const bool same = QImage::fromData(buffer.data(), "png") == preview(*m_form.renderArea);
+    const bool same = gaugeImage(512, m_form.renderArea->layers) == preview(*m_form.renderArea);
     return same ? QString() : QStringLiteral("the preview is not an export of the stack");
 }
 
