@@ -1,0 +1,42 @@
+# Where things lie once they are installed. All of it is below one folder, the prefix, and found from there, so that
+# the whole can be moved.
+#
+# The form names the icon as ../corvalence.ico, relative to the folder that the program is started in, and presets
+# lie in "Presets" beside the program: so the program has a folder of its own with one above it.
+if(WIN32)
+    set(corvalence_home ".")
+    set(corvalence_program_dir "${CMAKE_INSTALL_BINDIR}")
+else()
+    set(corvalence_home "${CMAKE_INSTALL_LIBDIR}/corvalence")
+    set(corvalence_program_dir "${corvalence_home}/bin")
+endif()
+# Not CMAKE_INSTALL_DOCDIR: as a part of another project that is the other's.
+set(corvalence_doc_dir "${CMAKE_INSTALL_DATAROOTDIR}/doc/corvalence")
+
+install(TARGETS corvalence RUNTIME DESTINATION "${corvalence_program_dir}" COMPONENT corvalence_editor)
+install(TARGETS corvalence-export RUNTIME DESTINATION "${corvalence_program_dir}" COMPONENT corvalence_exporter)
+# Qt may lie outside the system's own folders.
+set_target_properties(corvalence corvalence-export PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
+install(FILES corvalence.ico DESTINATION "${corvalence_home}" COMPONENT corvalence_editor)
+
+if(NOT WIN32)
+    # How both are called by name.
+    set(links "${PROJECT_BINARY_DIR}/install")
+    file(RELATIVE_PATH corvalence_program_from_bin "${CMAKE_INSTALL_FULL_BINDIR}"
+        "${CMAKE_INSTALL_PREFIX}/${corvalence_program_dir}")
+    configure_file(packaging/corvalence.in "${links}/corvalence" @ONLY)
+    install(PROGRAMS "${links}/corvalence" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT corvalence_editor)
+    file(CREATE_LINK "${corvalence_program_from_bin}/corvalence-export" "${links}/corvalence-export" SYMBOLIC)
+    install(FILES "${links}/corvalence-export" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT corvalence_exporter)
+endif()
+
+# What users read; the rest of docs/ is for whoever works on the program.
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
+install(
+    FILES docs/automation.md docs/editor.png docs/gallery.md docs/gauge-format.md docs/gauge.schema.json
+    DESTINATION "${corvalence_doc_dir}/docs"
+    COMPONENT corvalence_documentation)
+install(DIRECTORY docs/gallery DESTINATION "${corvalence_doc_dir}/docs" COMPONENT corvalence_documentation
+    FILES_MATCHING PATTERN "*.png")
+install(DIRECTORY samples DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_samples
+    FILES_MATCHING PATTERN "*.gauge")
