@@ -23,6 +23,11 @@ _corvalence_export() {
             mapfile -t COMPREPLY < <(compgen -d -- "$current")
             return
             ;;
+        --to)
+            compopt -o filenames
+            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            return
+            ;;
         -s | --size)
             mapfile -t COMPREPLY < <(compgen -W "256 512 1024 2048 4096" -- "$current")
             return
@@ -37,7 +42,7 @@ _corvalence_export() {
     esac
 
     if [[ $current == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--formats --output --size --name-template --layers --text-as-paths
+        mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --text-as-paths
             --mm --dpi --jobs --overwrite --keep --dry-run --quiet --tick-limit --help --version" -- "$current")
         return
     fi

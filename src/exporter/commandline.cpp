@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QThread>
 
 #include <algorithm>
@@ -36,6 +37,11 @@ struct Options
                               QStringLiteral("Write into this folder, which is made when it is missing. "
                                              "Default: the folder of each gauge."),
                               QStringLiteral("folder")};
+    QCommandLineOption to{
+        QStringLiteral("to"),
+        QStringLiteral("Write the one file that is made to this name. Without --formats its suffix "
+                       "says what to write; png unless it is one of them."),
+        QStringLiteral("file")};
     QCommandLineOption size{
         {QStringLiteral("s"), QStringLiteral("size")},
         QStringLiteral("The side of the pictures in pixels, from 64 to 16384; several are "
@@ -112,6 +118,8 @@ public:
         readDimensions();
         readNameTemplate();
         readFiles();
+        readOutputFile();
+        readStandardInput();
         readConduct();
     }
 
@@ -131,6 +139,9 @@ private:
     void readDimensions();
     void readNameTemplate();
     void readFiles();
+    void readOutputFile();
+    void readStandardInput();
+    [[nodiscard]] bool makesOneFile() const;
     void readConduct();
     [[nodiscard]] double readLength(const QCommandLineOption &option);
     [[nodiscard]] quint64 readCount(const QCommandLineOption &option, quint64 most);
@@ -145,8 +156,13 @@ private:
 
 void SettingsReader::readFormats()
 {
-    if (!m_parser.isSet(m_options.formats))
+    if (!m_parser.isSet(m_options.formats)) {
+        const QString suffix = QFileInfo(m_parser.value(m_options.to)).suffix().toLower();
+        const auto *const format = std::ranges::find(allFormats, suffix, formatName);
+        if (format != allFormats.end())
+            m_settings.formats = {*format};
         return;
+    }
     m_settings.formats.clear();
     for (const QString &name : listOf(m_parser.values(m_options.formats))) {
         const auto *const format = std::ranges::find(allFormats, name, formatName);
@@ -261,17 +277,40 @@ void SettingsReader::readFiles()
     m_settings.outputFolder = m_parser.value(m_options.output);
     if (m_parser.isSet(m_options.output) && m_settings.outputFolder.isEmpty())
         refuse(QStringLiteral("the output folder has an empty name"));
+}
+
+bool SettingsReader::makesOneFile() const
+{
+    const bool severalSizes =
+        std::ranges::any_of(m_settings.formats, isPicture) && m_settings.sizes.size() > 1;
+    return m_settings.formats.size() == 1 && !severalSizes;
+}
+
+void SettingsReader::readOutputFile()
+{
+    if (!m_parser.isSet(m_options.to))
+        return;
+    m_settings.outputFile = m_parser.value(m_options.to);
+    if (m_settings.outputFile.isEmpty() || m_settings.outputFile == QLatin1String("-"))
+        refuse(QStringLiteral("--to needs the name of a file"));
+    if (m_settings.files.size() > 1 || !makesOneFile())
+        refuse(QStringLiteral("--to takes one gauge in one format and one size"));
+    if (m_parser.isSet(m_options.output) || m_parser.isSet(m_options.nameTemplate))
+        refuse(QStringLiteral("--to says the whole name; --output and --name-template cannot be given too"));
+}
+
+void SettingsReader::readStandardInput()
+{
     if (!m_settings.files.contains(QStringLiteral("-")))
         return;
 
     // The result goes to standard output, which has room for one.
     if (m_settings.files.size() > 1)
         refuse(QStringLiteral("standard input (-) must be the only file"));
-    const bool severalSizes =
-        std::ranges::any_of(m_settings.formats, isPicture) && m_settings.sizes.size() > 1;
-    if (m_settings.formats.size() > 1 || severalSizes)
+    if (!makesOneFile())
         refuse(QStringLiteral("standard input (-) is exported in one format and one size"));
-    if (m_parser.isSet(m_options.output) || m_parser.isSet(m_options.nameTemplate))
+    if (m_parser.isSet(m_options.output) || m_parser.isSet(m_options.nameTemplate) ||
+        m_parser.isSet(m_options.to))
         refuse(
             QStringLiteral("standard input (-) is written to standard output; it takes no folder or name"));
 }
@@ -319,9 +358,10 @@ CommandLine readCommandLine(const QStringList &arguments)
                        "writes standard output."),
         QStringLiteral("FILE..."));
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions({options.help, options.formats, options.output, options.size, options.nameTemplate,
-                       options.layers, options.textAsPaths, options.mm, options.dpi, options.jobs,
-                       options.overwrite, options.keep, options.dryRun, options.quiet, options.tickLimit});
+    parser.addOptions({options.help, options.formats, options.output, options.to, options.size,
+                       options.nameTemplate, options.layers, options.textAsPaths, options.mm, options.dpi,
+                       options.jobs, options.overwrite, options.keep, options.dryRun, options.quiet,
+                       options.tickLimit});
 
     if (!parser.parse(arguments))
         return {CommandLine::Outcome::WrongUsage, parser.errorText(), {}};

@@ -20,6 +20,7 @@ struct ExportSettings
     QList<ExportFormat> formats{ExportFormat::Png};
     QList<int> sizes{512}; ///< The sides of the pictures, in pixels.
     QString outputFolder;  ///< Empty: each file's own folder.
+    QString outputFile;    ///< The one file to write; empty: named after the gauge as follows.
     /// The names of the files without their suffixes; {name} and {size} stand for the gauge's name and the
     /// picture's size.
     QString pictureNames = QStringLiteral("{name}");

@@ -189,6 +189,8 @@ QString pathWithoutSuffix(QString name, const QString &gaugePath, const QString 
 
 QString outputPath(const QString &gaugePath, const Output &output, const ExportSettings &settings)
 {
+    if (!settings.outputFile.isEmpty())
+        return settings.outputFile;
     const QString &name = isPicture(output.format) ? settings.pictureNames : settings.otherNames;
     return pathWithoutSuffix(name, gaugePath, QString::number(output.size), settings) + QLatin1Char('.') +
            formatName(output.format);

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void refusesMoreTicksThanTheDefault();
     void countsOnlyTheTicksOfTheLayersTaken();
     void leavesNothingHalfWritten();
+    void leavesNothingHalfWrittenUnderTheNameGiven();
     void tellsAboutAFolderThatCannotBeMade();
 
 private:
@@ -116,6 +117,17 @@ void tst_ExporterFailures::refusesWrongUsage_data()
         "standard input (-) is written to standard output; it takes no folder or name");
     row("standard input with a name", {u"-n"_s, u"{name}"_s, u"-"_s},
         "standard input (-) is written to standard output; it takes no folder or name");
+    row("standard input to a file", {u"--to"_s, u"face.png"_s, u"-"_s},
+        "standard input (-) is written to standard output; it takes no folder or name");
+    row("no name to write to", {u"--to"_s, QString(), dial}, "--to needs the name of a file");
+    row("a name that means standard output", {u"--to"_s, u"-"_s, dial}, "--to needs the name of a file");
+    const QByteArray oneOnly = "--to takes one gauge in one format and one size";
+    row("one name for two gauges", {u"--to"_s, u"face"_s, dial, u"Other.gauge"_s}, oneOnly);
+    row("one name for two formats", {u"--to"_s, u"face"_s, u"-f"_s, u"png,csv"_s, dial}, oneOnly);
+    row("one name for two sizes", {u"--to"_s, u"face"_s, u"-s"_s, u"64,128"_s, dial}, oneOnly);
+    const QByteArray wholeName = "--to says the whole name; --output and --name-template cannot be given too";
+    row("a name and a folder", {u"--to"_s, u"face"_s, u"-o"_s, u"out"_s, dial}, wholeName);
+    row("a name and a template", {u"--to"_s, u"face"_s, u"-n"_s, u"{name}"_s, dial}, wholeName);
 }
 
 void tst_ExporterFailures::refusesWrongUsage()
@@ -309,6 +321,15 @@ void tst_ExporterFailures::leavesNothingHalfWritten()
     QCOMPARE(result.status, 1);
     QVERIFY2(result.err.startsWith("Dial.gauge: out/Dial.png: "), result.err.constData());
     QCOMPARE(contents(path("out")), QStringList{u"Dial.png"_s});
+}
+
+void tst_ExporterFailures::leavesNothingHalfWrittenUnderTheNameGiven()
+{
+    QVERIFY(QDir(m_folder->path()).mkpath(u"out/face"_s));
+    const ExporterRun result = run({u"--overwrite"_s, u"--to"_s, u"out/face"_s, u"Dial.gauge"_s});
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.err.startsWith("Dial.gauge: out/face: "), result.err.constData());
+    QCOMPARE(contents(path("out")), QStringList{u"face"_s});
 }
 
 void tst_ExporterFailures::tellsAboutAFolderThatCannotBeMade()

@@ -35,6 +35,12 @@ private Q_SLOTS:
     void makesTheOutputFolder();
     void fillsTheNameTemplate_data();
     void fillsTheNameTemplate();
+    void writesToTheNameGiven_data();
+    void writesToTheNameGiven();
+    void makesTheFolderOfTheNameGiven();
+    void refusesAnExistingFileOfTheNameGiven();
+    void overwritesAnExistingFileOfTheNameGiven();
+    void keepsAnExistingFileOfTheNameGiven();
     void refusesAnExistingFile();
     void overwritesAnExistingFile();
     void keepsAnExistingFile();
@@ -66,7 +72,7 @@ void tst_ExporterFiles::helpNamesEveryOption()
     const ExporterRun result = run({u"--help"_s});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.err, QByteArray());
-    for (const char *option : {"--formats", "--output", "--size", "--name-template", "--layers",
+    for (const char *option : {"--formats", "--output", "--to", "--size", "--name-template", "--layers",
                                "--text-as-paths", "--mm", "--dpi", "--jobs", "--overwrite", "--keep",
                                "--dry-run", "--quiet", "--tick-limit", "--help", "--version"})
         QVERIFY2(result.out.contains(option), option);
@@ -118,6 +124,70 @@ void tst_ExporterFiles::fillsTheNameTemplate()
         run({u"--name-template"_s, nameTemplate, u"--size"_s, sizes, u"--output"_s, u"out"_s, m_gauge});
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(contents(path("out")), files);
+}
+
+void tst_ExporterFiles::writesToTheNameGiven_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("suffix"); // of the file that is made without a name
+    QTest::newRow("a PNG") << QStringList{} << u"face.png"_s << u"png"_s;
+    QTest::newRow("an SVG, by its suffix") << QStringList{} << u"face.SVG"_s << u"svg"_s;
+    QTest::newRow("a table, by its suffix") << QStringList{} << u"face.csv"_s << u"csv"_s;
+    QTest::newRow("a gauge, by its suffix") << QStringList{} << u"renewed.gauge"_s << u"gauge"_s;
+    QTest::newRow("no suffix") << QStringList{} << u"face"_s << u"png"_s;
+    QTest::newRow("another suffix") << QStringList{} << u"face.tmp"_s << u"png"_s;
+    QTest::newRow("a format against the suffix")
+        << QStringList{u"-f"_s, u"csv"_s} << u"face.png"_s << u"csv"_s;
+    QTest::newRow("a name like a template") << QStringList{} << u"{name}.png"_s << u"png"_s;
+    QTest::newRow("a table, which has no size")
+        << QStringList{u"-s"_s, u"64,128"_s, u"-f"_s, u"csv"_s} << u"face"_s << u"csv"_s;
+}
+
+void tst_ExporterFiles::writesToTheNameGiven()
+{
+    QFETCH(const QStringList, options);
+    QFETCH(const QString, name);
+    QFETCH(const QString, suffix);
+    const ExporterRun result = run(options + QStringList{u"--to"_s, name, u"Dial.gauge"_s});
+    QCOMPARE(result.err, QByteArray());
+    QCOMPARE(result.status, 0);
+    QCOMPARE(result.out, name.toUtf8() + '\n');
+    QStringList files{u"Dial.gauge"_s, name};
+    files.sort();
+    QCOMPARE(contents(m_folder->path()), files);
+    QCOMPARE(run({u"-f"_s, suffix, u"-o"_s, u"usual"_s, u"Dial.gauge"_s}).status, 0);
+    QCOMPARE(readFile(m_folder->filePath(name)), readFile(m_folder->filePath(u"usual/Dial."_s + suffix)));
+}
+
+void tst_ExporterFiles::makesTheFolderOfTheNameGiven()
+{
+    QCOMPARE(run({u"--to"_s, u"made/for/it.png"_s, m_gauge}).status, 0);
+    QVERIFY(!QImage(path("made/for/it.png")).isNull());
+}
+
+void tst_ExporterFiles::refusesAnExistingFileOfTheNameGiven()
+{
+    writeFile(path("face"), "mine");
+    const ExporterRun result = run({u"--to"_s, u"face"_s, u"Dial.gauge"_s});
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.err,
+             QByteArray("Dial.gauge: face exists already (--overwrite replaces it, --keep keeps it).\n"));
+    QCOMPARE(readFile(path("face")), QByteArray("mine"));
+}
+
+void tst_ExporterFiles::overwritesAnExistingFileOfTheNameGiven()
+{
+    writeFile(path("face"), "theirs");
+    QCOMPARE(run({u"--overwrite"_s, u"--to"_s, u"face"_s, m_gauge}).status, 0);
+    QVERIFY(!QImage(path("face")).isNull());
+}
+
+void tst_ExporterFiles::keepsAnExistingFileOfTheNameGiven()
+{
+    writeFile(path("face"), "mine");
+    QCOMPARE(run({u"--keep"_s, u"--to"_s, u"face"_s, m_gauge}).status, 0);
+    QCOMPARE(readFile(path("face")), QByteArray("mine"));
 }
 
 void tst_ExporterFiles::refusesAnExistingFile()
