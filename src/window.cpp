@@ -138,6 +138,7 @@ void Window::connectReferenceAndUpdateControls()
 
 void Window::placePreview()
 {
+    renderArea->setAccessibleName(tr("Gauge Preview"));
     auto *layout = new QGridLayout;
     layout->addWidget(renderArea, 0, 0, Qt::AlignCenter);
     ui.RenderBox->setLayout(layout);

@@ -15,6 +15,13 @@ void setStyleColor(QWidget *widget, const QColor &color)
     widget->setStyleSheet(QLatin1String("background-color: ") + color.name() + QLatin1Char('}'));
 }
 
+/// Gives a colour button its colour, which a screen reader is told as the button's description.
+void setButtonColor(QToolButton *button, const QColor &color)
+{
+    setStyleColor(button, color);
+    button->setAccessibleDescription(color.name());
+}
+
 /// The colour that a button holds. A style sheet reaches the palette when the widget is polished, which for a
 /// window that was never shown has not happened yet.
 QColor styleColor(const QWidget *button)
@@ -54,23 +61,23 @@ void Window::pushInitialValues()
 {
     const auto rings = ringControls();
     for (const RingControls &ring : rings)
-        setStyleColor(ring.color, Qt::white);
+        setButtonColor(ring.color, Qt::white);
     for (size_t ring = 0; ring < rings.size(); ++ring)
         pushRing(ring, Qt::white);
 
-    setStyleColor(ui.arc4ColorButton, Qt::white);
+    setButtonColor(ui.arc4ColorButton, Qt::white);
     pushArc(3, Qt::white);
 
     // The font goes to the layer alone: the font button keeps the application's, and the first edit of a
     // label control takes that one over.
-    setStyleColor(ui.tickColorButton, Qt::white);
+    setButtonColor(ui.tickColorButton, Qt::white);
     pushTickCounts(QFont(QStringLiteral("Sans Serif"), 10), Qt::white);
 
-    setStyleColor(ui.arc1ColorButton, Qt::green);
+    setButtonColor(ui.arc1ColorButton, Qt::green);
     pushArc(0, Qt::green);
-    setStyleColor(ui.arc2ColorButton, Qt::yellow);
+    setButtonColor(ui.arc2ColorButton, Qt::yellow);
     pushArc(1, Qt::yellow);
-    setStyleColor(ui.arc3ColorButton, Qt::red);
+    setButtonColor(ui.arc3ColorButton, Qt::red);
     pushArc(2, Qt::red);
 
     setStyleColor(ui.referenceLabel, Qt::black);
@@ -137,13 +144,13 @@ void Window::arcChanged(size_t arc)
 
 void Window::ringColorChanged(size_t ring)
 {
-    setStyleColor(ringControls().at(ring).color, getColor());
+    setButtonColor(ringControls().at(ring).color, getColor());
     ringChanged(ring);
 }
 
 void Window::arcColorChanged(size_t arc)
 {
-    setStyleColor(arcControls().at(arc).color, getColor());
+    setButtonColor(arcControls().at(arc).color, getColor());
     arcChanged(arc);
 }
 
@@ -239,7 +246,7 @@ void Window::tickFontButton()
 
 void Window::tickColorChanged()
 {
-    setStyleColor(ui.tickColorButton, getColor());
+    setButtonColor(ui.tickColorButton, getColor());
     tickSettingsChanged();
 }
 
@@ -300,7 +307,7 @@ void Window::setActiveGauge()
         controls.innerRadius->setValue(layer.divisionInnerRadius.at(ring));
         controls.outerRadius->setValue(layer.divisionOuterRadius.at(ring));
         controls.lineWidth->setValue(layer.divisionLineWidth.at(ring));
-        setStyleColor(controls.color, layer.divisionColor.at(ring));
+        setButtonColor(controls.color, layer.divisionColor.at(ring));
     }
 
     ui.roundedArcCapsCheckBox->setChecked(layer.roundedArcCaps);
@@ -311,7 +318,7 @@ void Window::setActiveGauge()
         controls.angleLength->setValue(layer.arcAngleLength.at(arc));
         controls.radius->setValue(layer.arcRadius.at(arc));
         controls.width->setValue(layer.arcWidth.at(arc));
-        setStyleColor(controls.color, layer.arcColor.at(arc));
+        setButtonColor(controls.color, layer.arcColor.at(arc));
     }
 
     ui.tickCountRadiusSpinBox->setValue(layer.tickCountRadius);
@@ -322,7 +329,7 @@ void Window::setActiveGauge()
     ui.tickCountStartSpinBox->setValue(layer.tickCountStart);
     ui.tickCountIncrementSpinBox->setValue(layer.tickCountIncrement);
     ui.tickCountFontButton->setFont(layer.tickCountFont);
-    setStyleColor(ui.tickColorButton, layer.tickCountColor);
+    setButtonColor(ui.tickColorButton, layer.tickCountColor);
     ui.tickCountRotateCheckBox->setChecked(layer.tickCountRotate);
     ui.tickCountCheckBox->setChecked(layer.tickCountEnabled);
     ui.skipFirstTickCheckBox->setChecked(layer.tickCountSkipFirst);

@@ -4,13 +4,26 @@
 #include "keyframes.h"
 #include "sweep.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 
 #include <utility>
 
+namespace {
+
+/// What the preview is to a screen reader: a picture.
+QAccessibleInterface *accessiblePreview(const QString & /*className*/, QObject *object)
+{
+    auto *preview = qobject_cast<RenderArea *>(object);
+    return preview == nullptr ? nullptr : new QAccessibleWidget(preview, QAccessible::Graphic);
+}
+
+} // namespace
+
 RenderArea::RenderArea(QWidget *parent)
     : QWidget(parent)
 {
+    QAccessible::installFactory(accessiblePreview); // takes the same one once only
     // What the window places behind the preview shows through between the marks.
     setPalette(QPalette(Qt::transparent));
     setAttribute(Qt::WA_TranslucentBackground);

@@ -184,7 +184,8 @@ void tst_FormTexts::textsAreTranslatedInTheWindowsContext()
         QVERIFY2(isMarked(group->title()), qPrintable(group->objectName()));
     const auto widgets = m_widget.findChildren<QWidget *>();
     for (const QWidget *child : widgets)
-        QVERIFY2(isMarked(child->toolTip()), qPrintable(child->objectName()));
+        QVERIFY2(isMarked(child->toolTip()) && isMarked(child->accessibleName()),
+                 qPrintable(child->objectName()));
     // A style sheet is no text for the reader.
     QCOMPARE(m_form.aboutLabel->styleSheet(), u"lineHeight:1.0"_s);
     QCoreApplication::removeTranslator(&translator);
