@@ -21,9 +21,15 @@ ExporterRun runExporter(const QStringList &arguments, const RunConditions &condi
         process.setWorkingDirectory(conditions.folder);
     if (!conditions.standardOutput.isEmpty())
         process.setStandardOutputFile(conditions.standardOutput);
+    if (!conditions.standardInput.isEmpty())
+        process.setStandardInputFile(conditions.standardInput);
+    if (conditions.before)
+        process.setChildProcessModifier(conditions.before);
     process.start(QStringLiteral(CORVALENCE_EXPORT), arguments);
-    process.write(conditions.input);
-    process.closeWriteChannel();
+    if (conditions.standardInput.isEmpty()) {
+        process.write(conditions.input);
+        process.closeWriteChannel();
+    }
     constexpr int patience = 300'000;
     const bool ended = process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit;
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 /// What a run of the exporter came to.
 struct ExporterRun
 {
@@ -22,8 +24,10 @@ struct RunConditions
 {
     QString folder = {};                     ///< The working folder; empty: the test's own.
     QByteArray input = {};                   ///< What is on standard input.
+    QString standardInput = {};              ///< A file or device in place of it.
     QString standardOutput = {};             ///< A file or device in place of ExporterRun::out.
     QMap<QString, QString> environment = {}; ///< Variables to set.
+    std::function<void()> before = {};       ///< Runs in the new process, just before the program.
 };
 
 /// Runs the real program without a display and without a platform chosen for it.

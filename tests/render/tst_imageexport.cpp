@@ -72,6 +72,27 @@ QString svgText(const QByteArray &document, const QString &element)
     return {};
 }
 
+/// The label fonts that an SVG's texts name, in order; empty when it is not well-formed.
+QStringList textFamilies(const QByteArray &document)
+{
+    QXmlStreamReader reader(document);
+    QStringList families;
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == QLatin1String("text"))
+            families.append(reader.attributes().value(QLatin1String("font-family")).toString());
+    }
+    return reader.hasError() ? QStringList() : families;
+}
+
+/// A layer with a single label, in a font of this family.
+gaugeData layerLabelledIn(const QString &family)
+{
+    gaugeData layer;
+    layer.divisionCount[0] = 0;
+    layer.tickCountFont = QFont(family, 10);
+    return layer;
+}
+
 /// A device like a disk without space: it opens, but takes nothing.
 class FullDevice : public QIODevice
 {
@@ -100,6 +121,9 @@ private Q_SLOTS:
     void svgIsTitledAndDescribed();
     void svgIsWhatThePainterPaints();
     void svgOfNoLayersHoldsOnlyTheDot();
+    void svgNamesAnyFamily_data();
+    void svgNamesAnyFamily();
+    void svgTellsFamiliesApart();
     void writesFiles();
     void deviceThatIsNotOpen();
     void deviceThatCannotBeWritten();
@@ -226,6 +250,40 @@ void tst_ImageExport::svgOfNoLayersHoldsOnlyTheDot()
     QCOMPARE(shapes.size(), 1);
 }
 
+void tst_ImageExport::svgNamesAnyFamily_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<QString>("named");
+    const auto row = [](const char *title, const QString &family, const QString &named) {
+        QTest::newRow(title) << family << named;
+    };
+    row("plain", QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Sans"));
+    row("quotes", QStringLiteral("\"Dial\" Sans"), QStringLiteral("\"Dial\" Sans"));
+    row("ampersand", QStringLiteral("Dial & Sons"), QStringLiteral("Dial & Sons"));
+    row("what looks like a reference", QStringLiteral("Dial &amp; Sons"), QStringLiteral("Dial &amp; Sons"));
+    row("angle brackets", QStringLiteral("<Dial>"), QStringLiteral("<Dial>"));
+    // XML has no way to hold these.
+    row("control characters", QStringLiteral("Di\x01\x1b") + QStringLiteral("al"), QStringLiteral("Dial"));
+    row("noncharacters", QStringLiteral("Di\ufffe\uffff") + QStringLiteral("al"), QStringLiteral("Dial"));
+}
+
+void tst_ImageExport::svgNamesAnyFamily()
+{
+    QFETCH(const QString, family);
+    QFETCH(const QString, named);
+    QCOMPARE(textFamilies(svg({layerLabelledIn(family)}, 512)), QStringList{named});
+}
+
+void tst_ImageExport::svgTellsFamiliesApart()
+{
+    const QStringList families{QStringLiteral("Dial&"), QStringLiteral("A Dial&"),
+                               QStringLiteral("Dial&\" A"), QStringLiteral("Plain"), QStringLiteral("Dial&")};
+    QList<gaugeData> layers;
+    for (const QString &family : families)
+        layers.append(layerLabelledIn(family));
+    QCOMPARE(textFamilies(svg(layers, 512)), families);
+}
+
 void tst_ImageExport::writesFiles()
 {
     const QTemporaryDir folder;
@@ -248,6 +306,7 @@ void tst_ImageExport::deviceThatIsNotOpen()
     QBuffer buffer;
     QVERIFY(!writePng(buffer, 64, {}));
     QVERIFY(!writeSvg(buffer, 64, {}));
+    QVERIFY(!writePdf(buffer, 64, {}));
     QVERIFY(!buffer.isOpen());
     QVERIFY(buffer.data().isEmpty());
 }
@@ -258,6 +317,7 @@ void tst_ImageExport::deviceThatCannotBeWritten()
     QVERIFY(buffer.open(QIODevice::ReadOnly));
     QVERIFY(!writePng(buffer, 64, {}));
     QVERIFY(!writeSvg(buffer, 64, {}));
+    QVERIFY(!writePdf(buffer, 64, {}));
 }
 
 void tst_ImageExport::deviceThatIsFull()
@@ -266,6 +326,7 @@ void tst_ImageExport::deviceThatIsFull()
     QVERIFY(device.open(QIODevice::WriteOnly));
     QVERIFY(!writePng(device, 64, {}));
     QVERIFY(!writeSvg(device, 64, {}));
+    QVERIFY(!writePdf(device, 64, {}));
 }
 
 void tst_ImageExport::sizeThatGivesNoPicture_data()

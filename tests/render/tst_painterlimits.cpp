@@ -263,7 +263,8 @@ void tst_PainterLimits::anyDecimals()
 void tst_PainterLimits::anyFontSize_data()
 {
     QTest::addColumn<QFont>("font");
-    for (const double points : {leastPositive, 1e-10, 0.1, 1.0, 999.0, 1e5, 1e9, 1e40, mostDouble}) {
+    for (const double points :
+         {leastPositive, 1e-10, 0.1, 1.0, 999.0, 1e5, 1e9, 1e40, mostDouble, notANumber}) {
         QFont font(QStringLiteral("Sans Serif"));
         font.setPointSizeF(points);
         QTest::addRow("%g points", points) << font;

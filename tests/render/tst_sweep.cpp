@@ -26,6 +26,8 @@ private Q_SLOTS:
 
     void countsPrimaryTicks_data();
     void countsPrimaryTicks();
+    void countsNoTicksInGapsThatAreNotThere_data();
+    void countsNoTicksInGapsThatAreNotThere();
     void dividesTheSweep_data();
     void dividesTheSweep();
     void noDivisionsGiveNoFraction();
@@ -64,6 +66,24 @@ void tst_Sweep::countsPrimaryTicks()
     layer.angleLength = length;
     layer.divisionCount[0] = divisions;
     QCOMPARE(primaryTickCount(layer), ticks);
+}
+
+void tst_Sweep::countsNoTicksInGapsThatAreNotThere_data()
+{
+    QTest::addColumn<int>("divisions");
+    QTest::addColumn<quint64>("ticks");
+    QTest::newRow("no divisions") << 0 << quint64(1); // the one that closes the sweep
+    QTest::newRow("negative") << -1 << quint64(0);
+    QTest::newRow("least int") << leastInt << quint64(0);
+}
+
+void tst_Sweep::countsNoTicksInGapsThatAreNotThere()
+{
+    QFETCH(const int, divisions);
+    QFETCH(const quint64, ticks);
+    gaugeData layer;
+    layer.divisionCount = {divisions, 5, 4};
+    QCOMPARE(allTickCount(layer), ticks);
 }
 
 void tst_Sweep::dividesTheSweep_data()

@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -24,6 +25,15 @@ QByteArray nested(qsizetype levels)
     return QByteArray("<a>").repeated(levels) + QByteArray("</a>").repeated(levels);
 }
 
+/// A description with @a count attributes, all in one tag, each written as @a pattern with its number for %1.
+QByteArray withAttributes(int count, const char *pattern)
+{
+    QByteArray tag;
+    for (int i = 0; i < count; ++i)
+        tag += QByteArray(pattern).replace("%1", QByteArray::number(i));
+    return "<d" + tag + "><version>3</version></d>";
+}
+
 } // namespace
 
 /// Descriptions made to exhaust the reader, and those at the edge of what it takes.
@@ -39,6 +49,12 @@ private Q_SLOTS:
     void reads256Levels_data();
     void reads256Levels();
     void countsLevelsNotElements();
+    void reads5000Attributes_data();
+    void reads5000Attributes();
+    void readsAttributesInEveryEncoding_data();
+    void readsAttributesInEveryEncoding();
+    void countsDeclaredAttributesInEachElement_data();
+    void countsDeclaredAttributesInEachElement();
     void refusesEntities_data();
     void refusesEntities();
     void neverReadsAnExternalEntity();
@@ -97,6 +113,66 @@ void tst_HostileDescription::countsLevelsNotElements()
         readVersionDescription("<d>" + QByteArray("<a><b/></a>").repeated(1000) + "<version>3</version></d>");
     QVERIFY(description);
     QCOMPARE(description->version, QStringLiteral("3"));
+}
+
+void tst_HostileDescription::reads5000Attributes_data()
+{
+    QTest::addColumn<QByteArray>("pattern");
+    QTest::newRow("double quotes") << QByteArray(" a%1=\"\"");
+    QTest::newRow("single quotes") << QByteArray(" a%1=''");
+    QTest::newRow("blanks") << QByteArray(" a%1 = ''");
+    QTest::newRow("line breaks") << QByteArray("\na%1\n=\r\n''");
+}
+
+void tst_HostileDescription::reads5000Attributes()
+{
+    QFETCH(const QByteArray, pattern);
+    const auto description = readVersionDescription(withAttributes(5000, pattern.constData()));
+    QVERIFY(description);
+    QCOMPARE(description->version, QStringLiteral("3"));
+    QVERIFY(!readVersionDescription(withAttributes(5001, pattern.constData())));
+}
+
+void tst_HostileDescription::readsAttributesInEveryEncoding_data()
+{
+    QTest::addColumn<QStringConverter::Encoding>("encoding");
+    QTest::addColumn<QStringConverter::Flag>("mark");
+    for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE}) {
+        const char *const name = QStringConverter::nameForEncoding(encoding);
+        QTest::addRow("%s with a mark", name) << encoding << QStringConverter::Flag::WriteBom;
+        QTest::addRow("%s without a mark", name) << encoding << QStringConverter::Flag::Default;
+    }
+}
+
+void tst_HostileDescription::readsAttributesInEveryEncoding()
+{
+    QFETCH(const QStringConverter::Encoding, encoding);
+    QFETCH(const QStringConverter::Flag, mark);
+    const auto encoded = [encoding, mark](int count) -> QByteArray {
+        return QStringEncoder(encoding, mark)(QString::fromLatin1(withAttributes(count, " a%1=''")));
+    };
+    QVERIFY(readVersionDescription(encoded(5000)));
+    QVERIFY(!readVersionDescription(encoded(5001)));
+}
+
+void tst_HostileDescription::countsDeclaredAttributesInEachElement_data()
+{
+    QTest::addColumn<int>("elements");
+    QTest::addColumn<bool>("read");
+    QTest::newRow("some") << 10 << true;
+    QTest::newRow("many") << 1000 << false;
+}
+
+void tst_HostileDescription::countsDeclaredAttributesInEachElement()
+{
+    QFETCH(const int, elements);
+    QFETCH(const bool, read);
+    QByteArray declared;
+    for (int i = 0; i < 100; ++i)
+        declared += " a" + QByteArray::number(i) + " CDATA 'b'";
+    const QByteArray xml = "<!DOCTYPE d [<!ATTLIST e" + declared + ">]><d><version>3</version>" +
+                           QByteArray("<e/>").repeated(elements) + "</d>";
+    QCOMPARE(readVersionDescription(xml).has_value(), read);
 }
 
 void tst_HostileDescription::refusesEntities_data()
