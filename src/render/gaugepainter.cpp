@@ -165,11 +165,11 @@ struct Ring
     {
     }
 
+    /// In the painter's pen, which is to be this ring's: ticks in a row take it once.
     void paintTick(QPainter &painter, double angle) const
     {
         const Direction direction(angle);
         const QLineF line(direction.pointAt(outerRadius), direction.pointAt(innerRadius));
-        painter.setPen(pen);
         painter.drawLines(&line, 1);
     }
 
@@ -249,8 +249,11 @@ void paintGap(QPainter &painter, const gaugeData &layer, double position, const 
         const auto step = static_cast<double>(j);
         if (j != 0) {
             const double fraction = divisionFraction(step / secondaries + position, primaries);
+            painter.setPen(secondary.pen);
             secondary.paintTick(painter, tickAngle(layer, fraction));
         }
+        if (tertiaries > 1)
+            painter.setPen(tertiary.pen);
         for (int k = 1; k < tertiaries; ++k) {
             const double subStep = (static_cast<double>(k) / tertiaries + step) / secondaries;
             tertiary.paintTick(painter, tickAngle(layer, divisionFraction(subStep + position, primaries)));
@@ -276,6 +279,7 @@ void paintDivisions(const Canvas &canvas, const gaugeData &layer)
     for (qint64 i = 0; i < ticks; ++i) {
         const auto position = static_cast<double>(i);
         const double angle = tickAngle(layer, divisionFraction(position, divisions));
+        canvas.painter.setPen(primary.pen);
         primary.paintTick(canvas.painter, angle);
         if (layer.tickCountEnabled && !(i == 0 && layer.tickCountSkipFirst))
             paintLabel(canvas, layer, font, labelPen, angle, labelValue);
