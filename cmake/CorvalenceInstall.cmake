@@ -40,3 +40,17 @@ install(DIRECTORY docs/gallery DESTINATION "${corvalence_doc_dir}/docs" COMPONEN
     FILES_MATCHING PATTERN "*.png")
 install(DIRECTORY samples DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_samples
     FILES_MATCHING PATTERN "*.gauge")
+
+if(CORVALENCE_PORTABLE)
+    # The older kind of run path, which also counts for what the libraries need.
+    set_target_properties(corvalence corvalence-export PROPERTIES
+        INSTALL_RPATH "$ORIGIN/../lib"
+        LINK_OPTIONS "LINKER:--disable-new-dtags")
+    install(CODE "
+        set(root \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
+        execute_process(
+            COMMAND \"${PROJECT_SOURCE_DIR}/packaging/portable/bundle\" \"\${root}/${corvalence_home}\"
+                    \"\${root}/${corvalence_doc_dir}/bundled\" \"${QT6_INSTALL_PREFIX}/${QT6_INSTALL_PLUGINS}\"
+            COMMAND_ERROR_IS_FATAL ANY)"
+        COMPONENT corvalence_editor)
+endif()
