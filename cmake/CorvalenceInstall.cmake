@@ -30,10 +30,24 @@ if(NOT WIN32)
     install(FILES "${links}/corvalence-export" DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT corvalence_exporter)
 endif()
 
+if(WIN32)
+    find_program(CORVALENCE_WINDEPLOYQT windeployqt HINTS "${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS}"
+        DOC "Puts the libraries of Qt beside programs")
+    if(CORVALENCE_WINDEPLOYQT)
+        set(programs "\${CMAKE_INSTALL_PREFIX}/${corvalence_program_dir}")
+        install(CODE "
+            execute_process(
+                COMMAND \"${CORVALENCE_WINDEPLOYQT}\" \"${programs}/corvalence.exe\"
+                        \"${programs}/corvalence-export.exe\"
+                COMMAND_ERROR_IS_FATAL ANY)"
+            COMPONENT corvalence_editor)
+    endif()
+endif()
+
 # What users read; the rest of docs/ is for whoever works on the program.
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
 install(
-    FILES docs/automation.md docs/editor.png docs/gallery.md docs/gauge-format.md docs/gauge.schema.json
+    FILES docs/automation.md docs/editor.png docs/gallery.md docs/gauge-format.md docs/gauge.schema.json docs/install.md
     DESTINATION "${corvalence_doc_dir}/docs"
     COMPONENT corvalence_documentation)
 install(DIRECTORY docs/gallery DESTINATION "${corvalence_doc_dir}/docs" COMPONENT corvalence_documentation

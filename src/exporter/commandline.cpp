@@ -9,6 +9,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -98,6 +99,15 @@ QStringList listOf(const QStringList &values)
     return parts;
 }
 
+std::optional<ExportFormat> formatNamed(const QString &name)
+{
+    for (const ExportFormat format : allFormats) {
+        if (formatName(format) == name)
+            return format;
+    }
+    return {};
+}
+
 template <typename Value>
 void appendOnce(QList<Value> &list, const Value &value)
 {
@@ -157,16 +167,14 @@ private:
 void SettingsReader::readFormats()
 {
     if (!m_parser.isSet(m_options.formats)) {
-        const QString suffix = QFileInfo(m_parser.value(m_options.to)).suffix().toLower();
-        const auto *const format = std::ranges::find(allFormats, suffix, formatName);
-        if (format != allFormats.end())
+        if (const auto format = formatNamed(QFileInfo(m_parser.value(m_options.to)).suffix().toLower()))
             m_settings.formats = {*format};
         return;
     }
     m_settings.formats.clear();
     for (const QString &name : listOf(m_parser.values(m_options.formats))) {
-        const auto *const format = std::ranges::find(allFormats, name, formatName);
-        if (format == allFormats.end())
+        const auto format = formatNamed(name);
+        if (!format)
             refuse(QStringLiteral("\"%1\" is not a format; it may be png, svg, pdf, csv or gauge").arg(name));
         else
             appendOnce(m_settings.formats, *format);
