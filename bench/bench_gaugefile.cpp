@@ -1,13 +1,9 @@
 // What reading and writing gauge documents costs beside the least that Qt itself needs for the same bytes.
-//
-// Each kind of work is one function that is never inlined, so that a profiler can count its instructions
-// alone; README.md beside this file tells how.
 
+#include "compare.h"
 #include "gaugefile.h"
 
 #include <QJsonDocument>
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -47,83 +43,53 @@ QList<gaugeLayer> gaugeOf(int count)
     return layers;
 }
 
-[[gnu::noinline]] QList<gaugeLayer> readGauge(const QByteArray &bytes)
+QList<gaugeLayer> read(const QByteArray &bytes)
 {
     QList<gaugeLayer> layers;
     gaugeFile::read(bytes, &layers, nullptr);
     return layers;
 }
 
-[[gnu::noinline]] QByteArray writeGauge(const QList<gaugeLayer> &layers)
-{
-    return gaugeFile::write(layers);
-}
-
 /// The least that reading needs: parsing, and as many records, their values left as they are built.
-[[gnu::noinline]] QList<gaugeLayer> parseAndBuildRecords(const QByteArray &bytes, qsizetype count)
+QList<gaugeLayer> parseAndBuildRecords(const QByteArray &bytes, int count)
 {
     const QJsonDocument document = QJsonDocument::fromJson(bytes);
     benchmark::DoNotOptimize(document.isNull());
     QList<gaugeLayer> layers;
     layers.reserve(count);
-    for (qsizetype i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i)
         layers.append(gaugeLayer());
     return layers;
 }
 
-/// Less than the least that writing needs: the text alone, of a document that is there already.
-[[gnu::noinline]] QByteArray serialiseDocument(const QJsonDocument &document)
-{
-    return document.toJson(QJsonDocument::Indented);
-}
-
-void report(benchmark::State &state)
-{
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-    state.SetComplexityN(state.range(0));
-}
-
-void reading(benchmark::State &state)
-{
-    const QByteArray bytes = gaugeFile::write(gaugeOf(static_cast<int>(state.range(0))));
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(readGauge(bytes));
-    report(state);
-}
-
-void readingBare(benchmark::State &state)
-{
-    const QByteArray bytes = gaugeFile::write(gaugeOf(static_cast<int>(state.range(0))));
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(parseAndBuildRecords(bytes, state.range(0)));
-    report(state);
-}
-
-void writing(benchmark::State &state)
-{
-    const QList<gaugeLayer> layers = gaugeOf(static_cast<int>(state.range(0)));
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(writeGauge(layers));
-    report(state);
-}
-
-void writingBare(benchmark::State &state)
-{
-    const QJsonDocument document =
-        QJsonDocument::fromJson(gaugeFile::write(gaugeOf(static_cast<int>(state.range(0)))));
-    while (state.KeepRunning())
-        benchmark::DoNotOptimize(serialiseDocument(document));
-    report(state);
-}
-
-void sizes(benchmark::internal::Benchmark *benchmark)
-{
-    benchmark->Arg(100)->Arg(1000)->Arg(10000)->Complexity(benchmark::oN)->Unit(benchmark::kMillisecond);
-}
-
-BENCHMARK(reading)->Apply(sizes);
-BENCHMARK(readingBare)->Apply(sizes);
-BENCHMARK(writing)->Apply(sizes);
-BENCHMARK(writingBare)->Apply(sizes);
-
 } // namespace
+
+bool registerBenchmarks()
+{
+    for (const int count : {100, 1'000, 10'000}) {
+        const std::string layers = std::to_string(count);
+        compare(
+            "read/" + layers,
+            [count] {
+                return [bytes = gaugeFile::write(gaugeOf(count))] { benchmark::DoNotOptimize(read(bytes)); };
+            },
+            [count] {
+                return [count, bytes = gaugeFile::write(gaugeOf(count))] {
+                    benchmark::DoNotOptimize(parseAndBuildRecords(bytes, count));
+                };
+            });
+        // Bare is less than the least that writing needs: the text alone, of a document that is there
+        // already.
+        compare(
+            "write/" + layers,
+            [count] {
+                return [layers = gaugeOf(count)] { benchmark::DoNotOptimize(gaugeFile::write(layers)); };
+            },
+            [count] {
+                return [document = QJsonDocument::fromJson(gaugeFile::write(gaugeOf(count)))] {
+                    benchmark::DoNotOptimize(document.toJson(QJsonDocument::Indented));
+                };
+            });
+    }
+    return true;
+}

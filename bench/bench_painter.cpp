@@ -1,209 +1,55 @@
-// The painter beside the bare Qt calls that it makes: the same calls in the same order, their geometry, pens
-// and texts worked out beforehand.
+// The painter beside the bare Qt calls that it makes, on screen and on what it exports to.
 
-#include "gaugedata.h"
+#include "barecalls.h"
+#include "compare.h"
 #include "gaugepainter.h"
+#include "layers.h"
+#include "renderarea.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
+#include <QPdfWriter>
+#include <QPixmap>
 #include <QSvgGenerator>
 
-#include <benchmark/benchmark.h>
-
-#include <array>
-#include <cmath>
-#include <string>
+#include <memory>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace {
 
 constexpr int side = 512;
 
-gaugeData typicalLayer()
+/// Paints with the program's painter.
+class Ours
 {
-    gaugeData layer;
-    layer.startAngle = -135.0;
-    layer.angleLength = 270.0;
-    layer.divisionCount = {10, 2, 5};
-    layer.divisionLineWidth = {4.0, 2.0, 1.0};
-    layer.arcAngleLength = {150.0, 60.0, 60.0, 0.0};
-    layer.arcStartAngle = {-135.0, 15.0, 75.0, 0.0};
-    layer.arcWidth = {12.0, 12.0, 12.0, 0.0};
-    layer.tickCountFont.setBold(true);
-    return layer;
-}
-
-gaugeData turnedLayer()
-{
-    gaugeData layer = typicalLayer();
-    layer.tickCountRotate = true;
-    return layer;
-}
-
-/// 100,000 ticks of one device pixel, the cheapest lines there are.
-gaugeData denseLayer()
-{
-    gaugeData layer;
-    layer.angleLength = 360.0;
-    layer.divisionCount = {1000, 10, 10};
-    layer.tickCountEnabled = false;
-    return layer;
-}
-
-gaugeData denseBiasedLayer()
-{
-    gaugeData layer = denseLayer();
-    layer.bias = 0.3;
-    return layer;
-}
-
-struct ArcCall
-{
-    QPen pen;
-    QRectF rectangle;
-    int start;
-    int span;
-};
-struct LineCall
-{
-    const QPen *pen;
-    QLineF line;
-};
-struct TextCall
-{
-    QPointF anchor;
-    double turn;
-    QString text;
-};
-using Call = std::variant<ArcCall, LineCall, TextCall>;
-
-/// What is to be called for one layer.
-struct Calls
-{
-    std::array<QPen, 3> ringPens;
-    QPen labelPen;
-    QFont labelFont;
-    bool labelsTurn = false;
-    std::vector<Call> calls;
-};
-
-QPen solidPen(const QColor &color, double width)
-{
-    return {QBrush(color), width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin};
-}
-
-QPointF pointAt(double distance, double angle)
-{
-    const double radians = angle * 3.141592653589793 / 180.0;
-    return {256.0 + distance * std::cos(radians), 256.0 - distance * std::sin(radians)};
-}
-
-/// The calls of a layer with flat caps and an even or "Exponential" bias below a half, and without decimals.
-void workOut(const gaugeData &layer, Calls &all)
-{
-    for (size_t ring = 0; ring < 3; ++ring)
-        all.ringPens[ring] = solidPen(layer.divisionColor[ring], layer.divisionLineWidth[ring]);
-    all.labelPen = solidPen(layer.tickCountColor, 0.0);
-    all.labelFont = layer.tickCountFont;
-    all.labelsTurn = layer.tickCountRotate;
-    for (size_t arc = 0; arc < 4; ++arc) {
-        if (layer.arcAngleLength[arc] == 0.0)
-            continue;
-        const double radius = 250.0 * layer.arcRadius[arc];
-        all.calls.emplace_back(ArcCall{solidPen(layer.arcColor[arc], layer.arcWidth[arc]),
-                                       QRectF(256.0 - radius, 256.0 - radius, 2.0 * radius, 2.0 * radius),
-                                       int(std::lround((90.0 - layer.arcStartAngle[arc]) * 16.0)),
-                                       int(std::lround(-layer.arcAngleLength[arc] * 16.0))});
-    }
-    const auto angleAt = [&layer](double t) {
-        const double biased = layer.bias < 0.5 ? 1.0 - std::pow(1.0 - t, 2.0 * layer.bias) : 1.0 - (1.0 - t);
-        return (90.0 - layer.startAngle) - biased * layer.angleLength;
-    };
-    const auto addTick = [&](size_t ring, double angle) {
-        all.calls.emplace_back(LineCall{&all.ringPens[ring],
-                                        {pointAt(250.0 * layer.divisionOuterRadius[ring], angle),
-                                         pointAt(250.0 * layer.divisionInnerRadius[ring], angle)}});
-    };
-    const auto [c1, c2, c3] = layer.divisionCount;
-    const int ticks = std::abs(layer.angleLength) >= 360.0 ? c1 : c1 + 1;
-    for (int i = 0; i < ticks; ++i) {
-        const double angle = angleAt(double(i) / c1);
-        addTick(0, angle);
-        if (layer.tickCountEnabled) {
-            all.calls.emplace_back(
-                TextCall{pointAt(250.0 * layer.tickCountRadius, angle), 90.0 - angle, QString::number(i)});
-        }
-        for (int j = 0; c2 > 1 && i < c1 && j < c2; ++j) {
-            if (j != 0)
-                addTick(1, angleAt((double(j) / c2 + i) / c1));
-            for (int k = 1; k < c3; ++k)
-                addTick(2, angleAt(((double(k) / c3 + j) / c2 + i) / c1));
-        }
-    }
-}
-
-struct Caller
-{
-    QPainter &painter;
-    const Calls &all;
-
-    void operator()(const ArcCall &call) const
+public:
+    explicit Ours(const gaugeData &layer)
+        : m_layers{layer}
     {
-        painter.setPen(call.pen);
-        painter.drawArc(call.rectangle, call.start, call.span);
     }
-    void operator()(const LineCall &call) const
-    {
-        painter.setPen(*call.pen);
-        painter.drawLines(&call.line, 1);
-    }
-    void operator()(const TextCall &call) const
-    {
-        painter.setFont(all.labelFont);
-        painter.setPen(all.labelPen);
-        if (all.labelsTurn) {
-            painter.translate(call.anchor);
-            painter.rotate(call.turn);
-            painter.drawText(QRectF(-50.0, -50.0, 100.0, 100.0), Qt::AlignCenter, call.text);
-            painter.rotate(-call.turn);
-            painter.translate(-call.anchor);
-        } else {
-            painter.drawText(QRectF(call.anchor.x() - 50.0, call.anchor.y() - 50.0, 100.0, 100.0),
-                             Qt::AlignCenter, call.text);
-        }
-    }
+    void operator()(QPainter &painter) const { paintGauge(painter, side, m_layers); }
+
+private:
+    QList<gaugeData> m_layers;
 };
 
-void makeBareCalls(QPainter &painter, const Calls &all)
+/// Paints with the bare calls.
+class Bare
 {
-    painter.setPen(solidPen(Qt::white, 0.0));
-    painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(1.0, 1.0);
-    painter.setBrush(QBrush(Qt::white, Qt::SolidPattern));
-    painter.drawEllipse(QRectF(253.0, 253.0, 6.0, 6.0));
-    painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
-    const Caller caller{painter, all};
-    for (const Call &call : all.calls)
-        std::visit(caller, call);
-}
+public:
+    explicit Bare(const gaugeData &layer)
+        : m_calls(std::make_shared<BareCalls>(layer))
+    {
+    }
+    void operator()(QPainter &painter) const { m_calls->make(painter, side); }
 
-/// The two ways to paint, as functions that a profiler can count alone.
-[[gnu::noinline]] void paintWithGaugePainter(QPainter &painter, const QList<gaugeData> &layers)
-{
-    paintGauge(painter, side, layers);
-}
+private:
+    std::shared_ptr<BareCalls> m_calls;
+};
 
-[[gnu::noinline]] void paintWithBareCalls(QPainter &painter, const Calls &all)
-{
-    makeBareCalls(painter, all);
-}
-
-template <typename Paint>
-QImage onImage(const Paint &paint)
+QImage onImage(const auto &paint)
 {
     QImage image(side, side, QImage::Format_ARGB32);
     image.fill(Qt::transparent);
@@ -212,8 +58,7 @@ QImage onImage(const Paint &paint)
     return image;
 }
 
-template <typename Paint>
-QByteArray asSvg(const Paint &paint)
+QByteArray asSvg(const auto &paint)
 {
     QBuffer buffer;
     QSvgGenerator generator;
@@ -226,52 +71,116 @@ QByteArray asSvg(const Paint &paint)
     return buffer.data();
 }
 
-enum class Device { Image, Svg };
-enum class Way { GaugePainter, BareCalls };
-
-void painting(benchmark::State &state, const gaugeData &layer, Device device, Way way)
+QByteArray asPdf(const auto &paint)
 {
-    const QList<gaugeData> layers{layer};
-    Calls calls;
-    workOut(layer, calls);
-    // A comparison of two different drawings would be worth nothing. (It fills Qt's caches besides.)
-    const auto gauge = [&](QPainter &painter) { paintGauge(painter, side, layers); };
-    const auto bare = [&](QPainter &painter) { makeBareCalls(painter, calls); };
-    if (onImage(gauge) != onImage(bare) || asSvg(gauge) != asSvg(bare))
-        state.SkipWithError("the bare calls draw something else");
-
-    const auto paint = [&](QPainter &painter) {
-        if (way == Way::GaugePainter)
-            paintWithGaugePainter(painter, layers);
-        else
-            paintWithBareCalls(painter, calls);
-    };
-    for (auto _ : state) {
-        if (device == Device::Image)
-            benchmark::DoNotOptimize(onImage(paint));
-        else
-            benchmark::DoNotOptimize(asSvg(paint));
-    }
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setResolution(96);
+    QPainter painter(&writer);
+    paint(painter);
+    painter.end();
+    return buffer.data();
 }
 
-const int registered = [] {
+/// The PDF without the second in which it was made.
+QByteArray dateless(QByteArray pdf)
+{
+    const qsizetype start = pdf.indexOf("/CreationDate");
+    return pdf.remove(start, pdf.indexOf('\n', start) - start);
+}
+
+/// A widget that shows the bare calls, as little as a widget can be.
+class BareWidget : public QWidget
+{
+public:
+    explicit BareWidget(const gaugeData &layer)
+        : m_paint(layer)
+    {
+    }
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QPainter painter(this);
+        m_paint(painter);
+    }
+
+private:
+    Bare m_paint;
+};
+
+/// What a widget shows, painted as a window paints its children.
+QPixmap onScreen(QWidget &widget)
+{
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    widget.render(&pixmap, QPoint(), QRegion(), QWidget::RenderFlags());
+    return pixmap;
+}
+
+std::shared_ptr<QWidget> ourWidget(const gaugeData &layer)
+{
+    auto widget = std::make_shared<RenderArea>();
+    widget->layers = {layer};
+    widget->resize(side, side);
+    return widget;
+}
+
+std::shared_ptr<QWidget> bareWidget(const gaugeData &layer)
+{
+    auto widget = std::make_shared<BareWidget>(layer);
+    widget->resize(side, side);
+    return widget;
+}
+
+bool drawAlike(const gaugeData &layer)
+{
+    const Ours ours(layer);
+    const Bare bare(layer);
+    return onImage(ours) == onImage(bare) && asSvg(ours) == asSvg(bare) &&
+           dateless(asPdf(ours)) == dateless(asPdf(bare)) &&
+           onScreen(*ourWidget(layer)).toImage() == onScreen(*bareWidget(layer)).toImage();
+}
+
+void compareOn(const std::string &device, const std::string &name, const gaugeData &layer, auto draw)
+{
+    const auto with = [draw](auto paint) { return [draw, paint] { benchmark::DoNotOptimize(draw(paint)); }; };
+    compare(
+        "paint/" + device + '/' + name, [layer, with] { return with(Ours(layer)); },
+        [layer, with] { return with(Bare(layer)); });
+}
+
+void compareOnScreen(const std::string &name, const gaugeData &layer)
+{
+    const auto show = [](const std::shared_ptr<QWidget> &widget) {
+        return [widget] { benchmark::DoNotOptimize(onScreen(*widget)); };
+    };
+    compare(
+        "paint/screen/" + name, [layer, show] { return show(ourWidget(layer)); },
+        [layer, show] { return show(bareWidget(layer)); });
+}
+
+} // namespace
+
+bool registerBenchmarks()
+{
+    const auto image = [](const auto &paint) { return onImage(paint); };
+    constexpr int dense = 100'000;
     const std::vector<std::pair<std::string, gaugeData>> layers{{"default", gaugeData()},
                                                                 {"typical", typicalLayer()},
                                                                 {"turned", turnedLayer()},
-                                                                {"dense", denseLayer()},
-                                                                {"denseBiased", denseBiasedLayer()}};
+                                                                {"dense", denseLayer(dense)},
+                                                                {"denseBiased", denseBiasedLayer(dense)}};
     for (const auto &[name, layer] : layers) {
-        for (const auto &[deviceName, device] :
-             {std::pair("image", Device::Image), std::pair("svg", Device::Svg)}) {
-            for (const auto &[wayName, way] :
-                 {std::pair("painting", Way::GaugePainter), std::pair("paintingBare", Way::BareCalls)}) {
-                benchmark::RegisterBenchmark((std::string(wayName) + '/' + deviceName + '/' + name).c_str(),
-                                             painting, layer, device, way)
-                    ->Unit(benchmark::kMicrosecond);
-            }
-        }
+        if (!drawAlike(layer))
+            return false;
+        compareOnScreen(name, layer);
+        compareOn("image", name, layer, image);
+        compareOn("svg", name, layer, [](const auto &paint) { return asSvg(paint); });
+        compareOn("pdf", name, layer, [](const auto &paint) { return asPdf(paint); });
     }
-    return 0;
-}();
-
-} // namespace
+    for (const int ticks : {1'000, 10'000, 100'000, 1'000'000})
+        compareOn("ticks", std::to_string(ticks), denseLayer(ticks), image);
+    return true;
+}
