@@ -95,6 +95,7 @@ void tst_ExporterFailures::refusesWrongUsage_data()
     row("no template", {u"-n"_s, QString(), dial}, "\"\" is not a name template");
     row("an unknown place", {u"-n"_s, u"{name}{colour}"_s, dial},
         "\"{name}{colour}\" is not a name template");
+    row("a place that does not begin", {u"-n"_s, u"name}"_s, dial}, "\"name}\" is not a name template");
     row("a template of a folder", {u"-n"_s, u"{name}/"_s, dial}, "\"{name}/\" is not a name template");
     row("a template from the root", {u"-n"_s, u"/{name}"_s, dial}, "\"/{name}\" is not a name template");
     row("several sizes of one name", {u"-s"_s, u"64,128"_s, u"-n"_s, u"{name}"_s, dial},
