@@ -2,6 +2,7 @@
 #include "gaugepainter.h"
 #include "warnings.h"
 
+#include <QLoggingCategory>
 #include <QPainter>
 #include <QTest>
 
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void leavesTheSetUpWhenThereAreNoLayers();
     void doesNotRestoreAnything();
     void doesNotEndThePainter();
+    void doesNotBeginThePainter();
     void leavesTheRecordAlone();
 };
 
@@ -234,6 +236,16 @@ void tst_GaugePainter::doesNotEndThePainter()
     QPainter painter(&device);
     paintGauge(painter, 512, {layerWithEverything()});
     QVERIFY(painter.isActive());
+}
+
+void tst_GaugePainter::doesNotBeginThePainter()
+{
+    // As one whose device could not be painted on. Qt warns of every call.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    QPainter painter;
+    paintGauge(painter, 512, {layerWithEverything()});
+    QLoggingCategory::setFilterRules(QString());
+    QVERIFY(!painter.isActive());
 }
 
 void tst_GaugePainter::leavesTheRecordAlone()

@@ -199,6 +199,7 @@ void tst_VersionDescription::refusesWhatIsNotWellFormed_data()
     QTest::newRow("web page") << QByteArray("<!DOCTYPE html><html><body>Not found<br></body></html>");
     QTest::newRow("cut off in the root") << QByteArray("<d><version>2.3.0</version>");
     QTest::newRow("cut off in a tag") << QByteArray("<d><version>2.3.0</vers");
+    QTest::newRow("cut off in an attribute") << QByteArray("<d a=");
     QTest::newRow("crossed tags") << QByteArray("<d><version>2.3.0</d></version>");
     QTest::newRow("two roots") << QByteArray("<d><version>2.3.0</version></d><d/>");
     QTest::newRow("text after the root") << QByteArray("<d><version>2.3.0</version></d>more");
