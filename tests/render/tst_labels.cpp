@@ -2,7 +2,9 @@
 #include "gaugepainter.h"
 #include "warnings.h"
 
+#include <QImage>
 #include <QPainter>
+#include <QRegion>
 #include <QTest>
 
 #include <cmath>
@@ -44,6 +46,24 @@ QPointF middle(const RecordedCall &label)
     return label.transform.map(QPointF(label.position.x() + width / 2.0, (top + bottom) / 2.0));
 }
 
+/// The part of a picture that labels cover, in the pixels of a picture of @a size.
+QRect covered(const gaugeData &layer, int size, const PaintStyle &style)
+{
+    QImage image(size, size, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    paintGauge(painter, size, {layer}, style);
+    painter.end();
+    QRegion pixels;
+    for (int y = 0; y < size; ++y) {
+        for (int x = 0; x < size; ++x) {
+            if (image.pixelColor(x, y) == layer.tickCountColor)
+                pixels += QRect(x, y, 1, 1);
+        }
+    }
+    return pixels.boundingRect();
+}
+
 double distance(const QPointF &a, const QPointF &b)
 {
     return std::hypot(a.x() - b.x(), a.y() - b.y());
@@ -77,6 +97,7 @@ private Q_SLOTS:
     void isDrawnInItsFontAndColor_data();
     void isDrawnInItsFontAndColor();
     void growsWithTheSize();
+    void outlinesStandWhereTheTextDoes();
     void noDivisionsGiveOneLabelWithoutAPlace();
 };
 
@@ -335,6 +356,22 @@ void tst_Labels::growsWithTheSize()
         QVERIFY(doubled.at(i).transform.m11() == 2.0);
         QVERIFY(distance(middle(doubled.at(i)), middle(single.at(i)) * 2.0) < 1e-9);
     }
+}
+
+void tst_Labels::outlinesStandWhereTheTextDoes()
+{
+    gaugeData layer = labelled();
+    layer.divisionCount[0] = 1;
+    layer.tickCountSkipFirst = true; // leaves one, whose place is then its own alone
+    layer.tickCountIncrement = 1234.0;
+    layer.tickCountFont.setPointSize(24);
+    const QRect text = covered(layer, 1024, {});
+    const QRect outlines = covered(layer, 1024, {.labelsAsOutlines = true});
+    QVERIFY(text.width() > 100);
+    // Hinting moves the edges of the text by a pixel or two.
+    const QMargins most(4, 4, 4, 4);
+    QVERIFY(text.marginsAdded(most).contains(outlines));
+    QVERIFY(outlines.marginsAdded(most).contains(text));
 }
 
 void tst_Labels::noDivisionsGiveOneLabelWithoutAPlace()
