@@ -46,12 +46,9 @@ endif()
 
 # What users read; the rest of docs/ is for whoever works on the program.
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
-install(
-    FILES docs/automation.md docs/editor.png docs/gallery.md docs/gauge-format.md docs/gauge.schema.json docs/install.md
-    DESTINATION "${corvalence_doc_dir}/docs"
-    COMPONENT corvalence_documentation)
-install(DIRECTORY docs/gallery DESTINATION "${corvalence_doc_dir}/docs" COMPONENT corvalence_documentation
-    FILES_MATCHING PATTERN "*.png")
+install(DIRECTORY docs DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation
+    PATTERN architecture.md EXCLUDE
+    PATTERN backdrop.gauge EXCLUDE)
 install(DIRECTORY samples DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_samples
     FILES_MATCHING PATTERN "*.gauge")
 
