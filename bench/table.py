@@ -78,7 +78,7 @@ def medians(table):
 
 def number(value):
     """Three digits that count, none of them behind the point from 100 on."""
-    return f"{value:,.0f}" if value >= 100 else f"{value:.3g}" if value >= 1 else f"{value:.3f}"
+    return f"{value:,.0f}" if value >= 100 else f"{value:#.3g}" if value >= 1 else f"{value:.3f}"
 
 
 def show(table, title, unit, divisor):
