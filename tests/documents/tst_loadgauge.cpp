@@ -66,7 +66,7 @@ void tst_LoadGauge::cleanupTestCase()
 
 QString tst_LoadGauge::fileOf(const QString &fileName, const QList<gaugeLayer> &layers) const
 {
-    const QString path = m_folder->filePath(fileName);
+    QString path = m_folder->filePath(fileName);
     if (!writeFile(path, gaugeFile::write(layers)))
         qFatal("The file cannot be written.");
     return path;

@@ -180,7 +180,7 @@ void tst_EndToEnd::tabulatedWhatWasTyped()
     QCOMPARE(lines.first(), QByteArray("Layer,Tick,Angle"));
     QCOMPARE(lines.last(), QByteArray());
     for (int i = 0; i <= 8; ++i) {
-        const QByteArray line = lines.at(i + 1);
+        const QByteArray &line = lines.at(i + 1);
         const double t = i / 8.0;
         const double angle = -135.25 + 270.5 * (0.4 * (1.0 - t) * t + t * t);
         QCOMPARE(line.split(',').first(), QByteArray("Layer 1")); // not yet renamed

@@ -152,7 +152,7 @@ void tst_Golden::addGauges()
 QString tst_Golden::save(const char *button, const QString &suffix, int size)
 {
     const QString name = QLatin1String(QTest::currentDataTag());
-    const QString path = output() + name + suffix;
+    QString path = output() + name + suffix;
     QFile::remove(path);
 
     Window window;
