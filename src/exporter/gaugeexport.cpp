@@ -144,6 +144,15 @@ bool writePicture(QIODevice &device, int size, const QList<gaugeData> &stack, co
 #endif
 }
 
+/// Writes what a text stream makes of a text, as the editor does. The stream does not see the device: it
+/// would take the text for written when the device has taken a part.
+bool writeText(QIODevice &device, const auto &text)
+{
+    QByteArray bytes;
+    QTextStream(&bytes) << text;
+    return device.write(bytes) == bytes.size();
+}
+
 /// Writes one output to an open device.
 bool writeOutput(QIODevice &device, const Output &output, const QList<gaugeLayer> &layers,
                  const ExportSettings &settings)
@@ -162,11 +171,9 @@ bool writeOutput(QIODevice &device, const Output &output, const QList<gaugeLayer
     case ExportFormat::Pdf:
         return writePdf(device, output.size, stack, style);
     case ExportFormat::KeyframeTable:
-        QTextStream(&device) << keyframeTable(layers);
-        return true;
+        return writeText(device, keyframeTable(layers));
     case ExportFormat::Gauge:
-        QTextStream(&device) << gaugeFile::write(layers);
-        return true;
+        return writeText(device, gaugeFile::write(layers));
     }
     Q_UNREACHABLE();
 }

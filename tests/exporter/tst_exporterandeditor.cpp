@@ -70,6 +70,10 @@ void tst_ExporterAndEditor::writeTheSameBytes_data()
     QTest::newRow("colours with alpha")
         << QByteArray(R"({"layers": [{"arcs": [{"width": 60, "color": "#80ff0000"}]}]})") << 128;
 
+    QTest::newRow("a name that UTF-8 cannot hold")
+        << QByteArray(R"({"layers": [{"name": "half \ud83d a pair"}, {"name": "d\u00f6\ud83d\ude00"}]})")
+        << 64;
+
     for (const char *folder : {"samples", "presets"}) {
         const QDir gauges(QStringLiteral(CORVALENCE_SOURCE "/") + QLatin1String(folder));
         for (const QString &name : gauges.entryList({u"*.gauge"_s}))

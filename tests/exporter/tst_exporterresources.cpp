@@ -62,6 +62,7 @@ void tst_ExporterResources::leavesNoFileThatTheDiskDoesNotHold_data()
     QTest::addColumn<QString>("format");
     QTest::newRow("SVG") << u"svg"_s;
     QTest::newRow("PDF") << u"pdf"_s;
+    QTest::newRow("keyframe table") << u"csv"_s;
 }
 
 void tst_ExporterResources::leavesNoFileThatTheDiskDoesNotHold()
