@@ -10,6 +10,20 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// What the first page of a PDF is drawn with.
+QString drawingCommands(const QByteArray &document)
+{
+    const qsizetype stream = document.indexOf("stream\n") + 7;
+    QByteArray compressed = document.mid(stream, document.indexOf("endstream", stream) - stream);
+    // qUncompress() wants the length first; too small a guess is corrected by it.
+    compressed.prepend(QByteArray("\0\0\x10\0", 4));
+    return QString::fromLatin1(qUncompress(compressed));
+}
+
+} // namespace
+
 /// What the files of the exporter hold: formats, sizes, lengths, layers and labels.
 class tst_ExporterPictures : public QObject
 {
@@ -39,6 +53,8 @@ private Q_SLOTS:
     void givesPicturesATrueSide_data();
     void givesPicturesATrueSide();
     void takesTheSizeFromSideAndDensity();
+    void fillsThePage_data();
+    void fillsThePage();
     void drawsHairlinesOnPaperOnePixelWide();
     void renewsOlderFiles();
 
@@ -250,16 +266,43 @@ void tst_ExporterPictures::takesTheSizeFromSideAndDensity()
     QCOMPARE(picture.dotsPerMeterX(), 3937); // 100 to the inch
 }
 
+void tst_ExporterPictures::fillsThePage_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<double>("points"); // of the page's side, 72 to the inch
+    QTest::newRow("512 pixels of 1/96 inch") << QStringList{} << 384.0;
+    QTest::newRow("1024 pixels of 1/96 inch") << QStringList{u"-s"_s, u"1024"_s} << 768.0;
+    QTest::newRow("a true side") << QStringList{u"-s"_s, u"1024"_s, u"--mm"_s, u"127"_s} << 360.0;
+}
+
+void tst_ExporterPictures::fillsThePage()
+{
+    QFETCH(const QStringList, options);
+    QFETCH(const double, points);
+    QCOMPARE(run(options + QStringList{u"-f"_s, u"pdf"_s, m_gauge}).status, 0);
+    const QString commands = drawingCommands(readFile(path("Dial.pdf")));
+    // The page's own scale, then the drawing's, which is left out when it is 1.
+    static const QRegularExpression scale(u"\n([0-9.]+) 0 0 (-?[0-9.]+) [0-9.]+ [0-9.]+ cm\n"_s);
+    double across = 1.0;
+    double down = 1.0;
+    int scales = 0;
+    for (auto found = scale.globalMatch(commands); scales < 2 && found.hasNext(); ++scales) {
+        const QRegularExpressionMatch match = found.next();
+        across *= match.captured(1).toDouble();
+        down *= match.captured(2).toDouble();
+    }
+    QVERIFY(scales > 0);
+    constexpr double canvas = 512.0;
+    constexpr double writtenTo = 1e-5; // the file's numbers have nine decimals
+    QVERIFY2(std::abs(across * canvas - points) < writtenTo, qPrintable(QString::number(across * canvas)));
+    QVERIFY2(std::abs(down * canvas + points) < writtenTo, qPrintable(QString::number(down * canvas)));
+}
+
 void tst_ExporterPictures::drawsHairlinesOnPaperOnePixelWide()
 {
     // All lines of a default layer are hairlines: one device pixel on a screen, next to nothing in print.
     QCOMPARE(run({u"-f"_s, u"pdf"_s, u"-s"_s, u"1024"_s, m_gauge}).status, 0);
-    const QByteArray page = readFile(path("Dial.pdf"));
-    const qsizetype stream = page.indexOf("stream\n") + 7;
-    QByteArray compressed = page.mid(stream, page.indexOf("endstream", stream) - stream);
-    // qUncompress() wants the length first; too small a guess is corrected by it.
-    compressed.prepend(QByteArray("\0\0\x10\0", 4));
-    const QString commands = QString::fromLatin1(qUncompress(compressed));
+    const QString commands = drawingCommands(readFile(path("Dial.pdf")));
     // Each width holds until the next; what is stroked with it ends in S, or in B* when it is filled too.
     static const QRegularExpression stroke(u"\n([0-9.]+) w (?:(?! w ).)*?\n(?:S|B\\*)\n"_s,
                                            QRegularExpression::DotMatchesEverythingOption);
