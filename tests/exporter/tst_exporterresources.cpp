@@ -1,6 +1,7 @@
 #include "exporterrun.h"
 #include "warnings.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -46,6 +47,8 @@ private Q_SLOTS:
 
     void leavesNoFileThatTheDiskDoesNotHold_data();
     void leavesNoFileThatTheDiskDoesNotHold();
+    void keepsTheOldFileWhenTheDiskIsFull_data();
+    void keepsTheOldFileWhenTheDiskIsFull();
     void tellsAboutAPictureLargerThanMemory();
     void tellsAboutAGaugeThatCannotBeRead();
     void tellsAboutStandardInputThatCannotBeRead();
@@ -79,6 +82,32 @@ void tst_ExporterResources::leavesNoFileThatTheDiskDoesNotHold()
     QCOMPARE(result.status, 1);
     QCOMPARE(result.out, QByteArray());
     QCOMPARE(contents(m_folder->path()), QStringList{u"Dial.gauge"_s});
+}
+
+void tst_ExporterResources::keepsTheOldFileWhenTheDiskIsFull_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::newRow("keyframe table") << u"csv"_s;
+    QTest::newRow("gauge") << u"gauge"_s;
+}
+
+void tst_ExporterResources::keepsTheOldFileWhenTheDiskIsFull()
+{
+    QFETCH(const QString, format);
+    gaugeData dense;
+    dense.divisionCount[0] = 100;
+    const QList<gaugeLayer> layers(1000,
+                                   gaugeLayer{u"Dense"_s, dense}); // more than a mebibyte in both formats
+    writeFile(m_gauge, gaugeFile::write(layers));
+    QVERIFY(QDir(m_folder->path()).mkpath(u"out"_s));
+    const QString old = writeFile(m_folder->filePath(u"out/Dial."_s + format), "the old one");
+    const ExporterRun result =
+        runExporter({u"--overwrite"_s, u"--formats"_s, format, u"--output"_s, u"out"_s, u"Dial.gauge"_s},
+                    {.folder = m_folder->path(), .before = [] { limitFiles(1024 * 1024); }});
+    QCOMPARE(result.err, "Dial.gauge: The " + format.toLatin1() + " could not be made.\n");
+    QCOMPARE(result.status, 1);
+    QCOMPARE(readFile(old), QByteArray("the old one"));
+    QCOMPARE(contents(m_folder->filePath(u"out"_s)), QStringList{u"Dial."_s + format});
 }
 
 void tst_ExporterResources::tellsAboutAPictureLargerThanMemory()
