@@ -1,6 +1,6 @@
 #include "barecalls.h"
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QPainter>
 

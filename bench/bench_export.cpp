@@ -2,8 +2,8 @@
 
 #include "barecalls.h"
 #include "compare.h"
-#include "imageexport.h"
 #include "layers.h"
+#include "render/imageexport.h"
 
 #include <QBuffer>
 #include <QImageWriter>

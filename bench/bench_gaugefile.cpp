@@ -1,7 +1,7 @@
 // What reading and writing gauge documents costs beside the least that Qt itself needs for the same bytes.
 
 #include "compare.h"
-#include "gaugefile.h"
+#include "model/gaugefile.h"
 
 #include <QJsonDocument>
 

@@ -2,9 +2,9 @@
 
 #include "barecalls.h"
 #include "compare.h"
-#include "gaugepainter.h"
 #include "layers.h"
-#include "renderarea.h"
+#include "render/gaugepainter.h"
+#include "render/renderarea.h"
 
 #include <QBuffer>
 #include <QImage>

@@ -1,7 +1,7 @@
 #ifndef LAYERS_H
 #define LAYERS_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 /// A face as users make it: 270 degrees, 101 ticks of three rings, three wide arcs, bold labels.
 [[nodiscard]] gaugeData typicalLayer();

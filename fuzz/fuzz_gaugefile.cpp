@@ -1,13 +1,13 @@
 // The document reader, the writer after it, the reader again, and a repaint of what was read.
 
-#include "gaugefile.h"
 #include "gaugeoracle.h"
-#include "gaugepainter.h"
-#include "imageexport.h"
 #include "jsonmutator.h"
-#include "keyframes.h"
+#include "model/gaugefile.h"
 #include "promise.h"
 #include "random.h"
+#include "render/gaugepainter.h"
+#include "render/imageexport.h"
+#include "render/keyframes.h"
 #include "target.h"
 #include "textmutator.h"
 #include "values.h"

@@ -1,7 +1,7 @@
 // The older text form: its reader held against the order of its fields, and its writer against its reader.
 
-#include "gaugefile.h"
 #include "gaugeoracle.h"
+#include "model/gaugefile.h"
 #include "promise.h"
 #include "random.h"
 #include "target.h"

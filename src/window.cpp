@@ -4,7 +4,7 @@
 #include "window.h"
 
 #include "projectinfo.h"
-#include "renderarea.h"
+#include "render/renderarea.h"
 
 #include <QCoreApplication>
 #include <QGridLayout>

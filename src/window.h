@@ -1,8 +1,8 @@
 #ifndef WINDOW_H
 #define WINDOW_H
 
-#include "gaugedata.h"
-#include "keyframes.h"
+#include "model/gaugedata.h"
+#include "render/keyframes.h"
 #include "ui_window.h"
 
 #include <QList>

@@ -2,7 +2,7 @@
 
 #include "window.h"
 
-#include "renderarea.h"
+#include "render/renderarea.h"
 
 #include <QColorDialog>
 #include <QFontDialog>

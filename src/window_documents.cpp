@@ -2,8 +2,8 @@
 
 #include "window.h"
 
-#include "gaugefile.h"
-#include "renderarea.h"
+#include "model/gaugefile.h"
+#include "render/renderarea.h"
 
 #include <QDirIterator>
 #include <QFile>

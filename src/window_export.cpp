@@ -2,8 +2,8 @@
 
 #include "window.h"
 
-#include "imageexport.h"
-#include "renderarea.h"
+#include "render/imageexport.h"
+#include "render/renderarea.h"
 
 #include <QFile>
 #include <QTextStream>

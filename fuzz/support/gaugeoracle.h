@@ -1,7 +1,7 @@
 #ifndef GAUGEORACLE_H
 #define GAUGEORACLE_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -1,4 +1,4 @@
-#include "commandline.h"
+#include "exporter/commandline.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
-#include "exportrun.h"
+#include "exporter/exportrun.h"
 
-#include "commandline.h"
-#include "gaugeexport.h"
-#include "progress.h"
+#include "exporter/commandline.h"
+#include "exporter/gaugeexport.h"
+#include "exporter/progress.h"
 
 #include <QFileInfo>
 #include <QHash>

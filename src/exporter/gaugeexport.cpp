@@ -1,13 +1,13 @@
-#include "gaugeexport.h"
+#include "exporter/gaugeexport.h"
 
-#include "commandline.h"
-#include "gaugefile.h"
-#include "imageexport.h"
-#include "keyframes.h"
-#include "progress.h"
-#include "sweep.h"
+#include "exporter/commandline.h"
+#include "exporter/progress.h"
+#include "model/gaugefile.h"
+#include "render/imageexport.h"
+#include "render/keyframes.h"
+#include "render/sweep.h"
 #ifdef CORVALENCE_FAST_PNG
-#include "pngencoder.h"
+#include "exporter/pngencoder.h"
 #endif
 
 #include <QBuffer>

@@ -1,5 +1,5 @@
-#include "commandline.h"
-#include "exportrun.h"
+#include "exporter/commandline.h"
+#include "exporter/exportrun.h"
 
 #include <QGuiApplication>
 #include <QLoggingCategory>

@@ -1,4 +1,4 @@
-#include "pngencoder.h"
+#include "exporter/pngencoder.h"
 
 #include <QIODevice>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "exporter/progress.h"
 
 #include <QtGlobal>
 

@@ -1,4 +1,4 @@
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QJsonArray>
 

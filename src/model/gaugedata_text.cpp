@@ -1,7 +1,7 @@
 // The comma-separated form of earlier versions. Its field order is fixed by the files that exist: fields 0 to
 // 47 have their places, then comes the label font in QFont's own comma-separated form, and last its colour.
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QList>
 #include <QStringList>

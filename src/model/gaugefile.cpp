@@ -1,4 +1,4 @@
-#include "gaugefile.h"
+#include "model/gaugefile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #ifndef GAUGEFILE_H
 #define GAUGEFILE_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,7 +1,7 @@
-#include "gaugepainter.h"
+#include "render/gaugepainter.h"
 
-#include "gaugedata.h"
-#include "sweep.h"
+#include "model/gaugedata.h"
+#include "render/sweep.h"
 
 #include <QFontMetricsF>
 #include <QLineF>

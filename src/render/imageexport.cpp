@@ -1,7 +1,7 @@
-#include "imageexport.h"
+#include "render/imageexport.h"
 
-#include "gaugedata.h"
-#include "gaugepainter.h"
+#include "model/gaugedata.h"
+#include "render/gaugepainter.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
-#include "keyframes.h"
+#include "render/keyframes.h"
 
-#include "gaugedata.h"
-#include "sweep.h"
+#include "model/gaugedata.h"
+#include "render/sweep.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "renderarea.h"
+#include "render/renderarea.h"
 
-#include "gaugepainter.h"
-#include "keyframes.h"
-#include "sweep.h"
+#include "render/gaugepainter.h"
+#include "render/keyframes.h"
+#include "render/sweep.h"
 
 #include <QAccessibleWidget>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #ifndef RENDERAREA_H
 #define RENDERAREA_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QList>
 #include <QPalette>

@@ -1,6 +1,6 @@
-#include "sweep.h"
+#include "render/sweep.h"
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <algorithm>
 #include <cmath>

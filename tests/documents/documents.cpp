@@ -1,7 +1,7 @@
 #include "documents.h"
 
-#include "dialogs.h"
-#include "renderarea.h"
+#include "render/renderarea.h"
+#include "support/dialogs.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

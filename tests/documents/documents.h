@@ -1,7 +1,7 @@
 #ifndef DOCUMENTS_H
 #define DOCUMENTS_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QByteArray>
 #include <QList>

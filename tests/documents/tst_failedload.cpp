@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "gaugefile.h"
-#include "network.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QDir>
@@ -207,5 +208,5 @@ void tst_FailedLoad::tellsWhenTheFileIsNone()
     press(*m_window, "loadButton");
 }
 
-QTEST_MAIN(tst_FailedLoad)
+ADD_TEST_CLASS(tst_FailedLoad)
 #include "tst_failedload.moc"

@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "gaugefile.h"
-#include "network.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QDir>
@@ -274,5 +275,5 @@ void tst_KeyframesDialog::keepsTheGaugeWhenTheDiskIsFull()
     QCOMPARE(stateOf(window), before);
 }
 
-QTEST_MAIN(tst_KeyframesDialog)
+ADD_TEST_CLASS(tst_KeyframesDialog)
 #include "tst_keyframesdialog.moc"

@@ -1,9 +1,10 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "gaugefile.h"
-#include "network.h"
-#include "renderarea.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "render/renderarea.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QDoubleSpinBox>
@@ -289,5 +290,5 @@ void tst_LoadGauge::goesOnWithTheListAsBefore()
     QCOMPARE(answers.problems(), QStringList());
 }
 
-QTEST_MAIN(tst_LoadGauge)
+ADD_TEST_CLASS(tst_LoadGauge)
 #include "tst_loadgauge.moc"

@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "gaugefile.h"
-#include "network.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QAbstractButton>
@@ -209,5 +210,5 @@ void tst_LoadQuestion::changesNothingOtherwise()
     QCOMPARE(stateOf(window), before);
 }
 
-QTEST_MAIN(tst_LoadQuestion)
+ADD_TEST_CLASS(tst_LoadQuestion)
 #include "tst_loadquestion.moc"

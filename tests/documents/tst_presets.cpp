@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "gaugefile.h"
-#include "network.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QAbstractItemView>
@@ -248,5 +249,5 @@ void tst_Presets::tellsWhenAPresetCannotBeRead()
     QCOMPARE(stateOf(window), before);
 }
 
-QTEST_MAIN(tst_Presets)
+ADD_TEST_CLASS(tst_Presets)
 #include "tst_presets.moc"

@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "network.h"
-#include "renderarea.h"
-#include "warnings.h"
+#include "render/renderarea.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QDateTime>
@@ -335,5 +336,5 @@ void tst_Reference::leavesNoTraceInWhatIsSaved()
     QCOMPARE(contentOf(with), contentOf(without));
 }
 
-QTEST_MAIN(tst_Reference)
+ADD_TEST_CLASS(tst_Reference)
 #include "tst_reference.moc"

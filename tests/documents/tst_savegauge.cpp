@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "documents.h"
-#include "gaugefile.h"
-#include "network.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QComboBox>
@@ -344,5 +345,5 @@ void tst_SaveGauge::savesNoLayerWithoutACurrentRow()
     QCOMPARE(stateOf(window), before);
 }
 
-QTEST_MAIN(tst_SaveGauge)
+ADD_TEST_CLASS(tst_SaveGauge)
 #include "tst_savegauge.moc"

@@ -1,6 +1,6 @@
 #include "formmap.h"
 
-#include "gaugepainter.h"
+#include "render/gaugepainter.h"
 #include "ui_window.h"
 
 #include <QStyleOptionButton>

@@ -1,7 +1,7 @@
 #ifndef EXPORTERRUN_H
 #define EXPORTERRUN_H
 
-#include "gaugefile.h"
+#include "model/gaugefile.h"
 
 #include <QByteArray>
 #include <QMap>

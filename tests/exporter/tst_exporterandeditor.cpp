@@ -1,7 +1,8 @@
-#include "dialogs.h"
 #include "exporterrun.h"
-#include "network.h"
-#include "warnings.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QAbstractButton>
@@ -102,5 +103,5 @@ void tst_ExporterAndEditor::writeTheSameBytes()
     }
 }
 
-QTEST_MAIN(tst_ExporterAndEditor)
+ADD_TEST_CLASS(tst_ExporterAndEditor)
 #include "tst_exporterandeditor.moc"

@@ -1,5 +1,6 @@
 #include "exporterrun.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -341,5 +342,5 @@ void tst_ExporterFailures::tellsAboutAFolderThatCannotBeMade()
     QCOMPARE(result.err, QByteArray("Dial.gauge: The folder out cannot be made.\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_ExporterFailures)
+ADD_TEST_CLASS(tst_ExporterFailures)
 #include "tst_exporterfailures.moc"

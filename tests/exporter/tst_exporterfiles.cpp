@@ -1,5 +1,6 @@
 #include "exporterrun.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QDir>
 #include <QImage>
@@ -343,5 +344,5 @@ void tst_ExporterFiles::linksNoWidgets()
     QVERIFY(!readFile(QStringLiteral(CORVALENCE_EXPORT)).contains("Qt6Widgets"));
 }
 
-QTEST_GUILESS_MAIN(tst_ExporterFiles)
+ADD_TEST_CLASS(tst_ExporterFiles)
 #include "tst_exporterfiles.moc"

@@ -1,5 +1,6 @@
 #include "exporterrun.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QImage>
 #include <QRegularExpression>
@@ -322,5 +323,5 @@ void tst_ExporterPictures::renewsOlderFiles()
     QCOMPARE(readFile(older), gaugeFile::write({{u"Older"_s, data}}));
 }
 
-QTEST_GUILESS_MAIN(tst_ExporterPictures)
+ADD_TEST_CLASS(tst_ExporterPictures)
 #include "tst_exporterpictures.moc"

@@ -1,5 +1,6 @@
 #include "exporterrun.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QDir>
 #include <QFile>
@@ -167,5 +168,5 @@ void tst_ExporterResources::drawsOnNoOtherPlatformThanTheOneChosen()
     QVERIFY(!QFile::exists(m_folder->filePath(u"Dial.png"_s)));
 }
 
-QTEST_GUILESS_MAIN(tst_ExporterResources)
+ADD_TEST_CLASS(tst_ExporterResources)
 #include "tst_exporterresources.moc"

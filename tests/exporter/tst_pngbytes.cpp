@@ -1,9 +1,10 @@
-#include "gaugefile.h"
-#include "gaugepainter.h"
-#include "imageexport.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "render/gaugepainter.h"
+#include "render/imageexport.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #ifdef CORVALENCE_FAST_PNG
-#include "pngencoder.h"
+#include "exporter/pngencoder.h"
 #endif
 
 #include <QBuffer>
@@ -185,5 +186,5 @@ void tst_PngBytes::encoderReportsAFullDevice()
 
 #endif
 
-QTEST_MAIN(tst_PngBytes)
+ADD_TEST_CLASS(tst_PngBytes)
 #include "tst_pngbytes.moc"

@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "exporterrun.h"
-#include "network.h"
-#include "renderarea.h"
-#include "warnings.h"
+#include "render/renderarea.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QAbstractButton>
@@ -165,5 +166,5 @@ void tst_Starters::theIconIsAGauge()
     QCOMPARE(widths, QList<int>({16, 24, 32, 48, 64, 128, 256}));
 }
 
-QTEST_MAIN(tst_Starters)
+ADD_TEST_CLASS(tst_Starters)
 #include "tst_starters.moc"

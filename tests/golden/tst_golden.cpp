@@ -1,7 +1,8 @@
-#include "dialogs.h"
-#include "gaugepainter.h"
 #include "pictures.h"
-#include "warnings.h"
+#include "render/gaugepainter.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "window.h"
 
 #include <QAbstractButton>
@@ -263,18 +264,5 @@ void tst_Golden::drawingLooksLikeThePicture()
     QVERIFY2(difference.labels <= labelTolerance, qPrintable(found));
 }
 
-int main(int argc, char *argv[])
-{
-    // Only the pinned fonts, for this program and for those that it starts, whatever else is installed.
-    // Without them there would be no font at all, so then all others stay.
-    QDirIterator pinned(QStringLiteral("/usr/share/fonts"), {QStringLiteral("DejaVuSans.ttf")}, QDir::Files,
-                        QDirIterator::Subdirectories);
-    if (pinned.hasNext())
-        qputenv("FONTCONFIG_FILE", CORVALENCE_GOLDEN "/fonts.conf");
-    QApplication application(argc, argv);
-    QTEST_SET_MAIN_SOURCE_PATH
-    tst_Golden test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+ADD_TEST_CLASS(tst_Golden)
 #include "tst_golden.moc"

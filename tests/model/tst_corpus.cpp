@@ -1,6 +1,7 @@
-#include "gaugefields.h"
-#include "gaugefile.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QDir>
 #include <QFile>
@@ -195,5 +196,5 @@ void tst_Corpus::olderFormOfAHundredThousandFieldsIsRead()
     QCOMPARE(layers.first().data.tickCountColor, QColor(0x12, 0x34, 0x56));
 }
 
-QTEST_MAIN(tst_Corpus)
+ADD_TEST_CLASS(tst_Corpus)
 #include "tst_corpus.moc"

@@ -1,6 +1,7 @@
-#include "gaugedata.h"
-#include "gaugefields.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -202,5 +203,5 @@ void tst_GaugeData::numbersCountAsJsonHoldsThem()
     QTEST(data.isDefault(), "isDefault");
 }
 
-QTEST_MAIN(tst_GaugeData)
+ADD_TEST_CLASS(tst_GaugeData)
 #include "tst_gaugedata.moc"

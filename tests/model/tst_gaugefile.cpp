@@ -1,6 +1,7 @@
-#include "gaugefields.h"
-#include "gaugefile.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -252,5 +253,5 @@ void tst_GaugeFile::byteOrderMarkMakesItTheOlderForm()
     QCOMPARE(valuesOf(layers.first().data), valuesOf(data));
 }
 
-QTEST_MAIN(tst_GaugeFile)
+ADD_TEST_CLASS(tst_GaugeFile)
 #include "tst_gaugefile.moc"

@@ -1,6 +1,7 @@
-#include "gaugefields.h"
-#include "gaugefile.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -217,5 +218,5 @@ void tst_GaugeFileErrors::olderFormNeedsFiftyFields()
     QCOMPARE(layers.size(), 1);
 }
 
-QTEST_MAIN(tst_GaugeFileErrors)
+ADD_TEST_CLASS(tst_GaugeFileErrors)
 #include "tst_gaugefileerrors.moc"

@@ -1,6 +1,7 @@
-#include "gaugedata.h"
-#include "gaugefields.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -283,5 +284,5 @@ void tst_GaugeJson::fontOfASizeThatQtRefusesTakesQtsOwn()
     QCOMPARE(readInto(gaugeData(), json).tickCountFont, QFont(QStringLiteral("Sans Serif"), pointSize));
 }
 
-QTEST_MAIN(tst_GaugeJson)
+ADD_TEST_CLASS(tst_GaugeJson)
 #include "tst_gaugejson.moc"

@@ -1,6 +1,7 @@
-#include "gaugedata.h"
-#include "gaugefields.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QJsonArray>
 #include <QTest>
@@ -287,5 +288,5 @@ void tst_GaugeJsonLeniency::valuesAreTakenAsTheyStand()
     QCOMPARE(valuesOf(readInto(gaugeData(), withValueAt({}, field.path, value))), valuesOf(expected));
 }
 
-QTEST_MAIN(tst_GaugeJsonLeniency)
+ADD_TEST_CLASS(tst_GaugeJsonLeniency)
 #include "tst_gaugejsonleniency.moc"

@@ -1,6 +1,7 @@
-#include "gaugedata.h"
-#include "gaugefields.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QLocale>
 #include <QRegularExpression>
@@ -331,5 +332,5 @@ void tst_GaugeText::fiftyEmptyFieldsAreAccepted()
     QCOMPARE(valuesOf(data), valuesOf(expected));
 }
 
-QTEST_MAIN(tst_GaugeText)
+ADD_TEST_CLASS(tst_GaugeText)
 #include "tst_gaugetext.moc"

@@ -1,6 +1,7 @@
-#include "gaugedata.h"
-#include "gaugefields.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -136,5 +137,5 @@ void tst_GaugeTextFont::colorIsTheLastOfManyFields()
     QCOMPARE(data.tickCountFont, QFont(QStringLiteral("7"), 7));
 }
 
-QTEST_MAIN(tst_GaugeTextFont)
+ADD_TEST_CLASS(tst_GaugeTextFont)
 #include "tst_gaugetextfont.moc"

@@ -1,6 +1,7 @@
-#include "gaugefields.h"
-#include "gaugefile.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/gaugefields.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -161,5 +162,5 @@ void tst_RoundTrip::damagedDocumentKeepsThePromise()
     QVERIFY(refused > 0 && refused < 2000);
 }
 
-QTEST_MAIN(tst_RoundTrip)
+ADD_TEST_CLASS(tst_RoundTrip)
 #include "tst_roundtrip.moc"

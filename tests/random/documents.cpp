@@ -1,6 +1,6 @@
 #include "documents.h"
 
-#include "gaugefile.h"
+#include "model/gaugefile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "formview.h"
 
-#include "renderarea.h"
+#include "render/renderarea.h"
 
 #include <QApplication>
 #include <QCheckBox>

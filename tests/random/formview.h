@@ -1,7 +1,7 @@
 #ifndef FORMVIEW_H
 #define FORMVIEW_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QList>
 

@@ -1,6 +1,6 @@
 #include "randomuser.h"
 
-#include "renderarea.h"
+#include "render/renderarea.h"
 #include "warningwatch.h"
 #include "window.h"
 

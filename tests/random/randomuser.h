@@ -1,9 +1,9 @@
 #ifndef RANDOMUSER_H
 #define RANDOMUSER_H
 
-#include "dialogs.h"
 #include "formview.h"
 #include "random.h"
+#include "support/dialogs.h"
 
 #include <QStringList>
 

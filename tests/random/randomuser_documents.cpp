@@ -2,10 +2,10 @@
 
 #include "randomuser.h"
 
-#include "gaugefile.h"
-#include "imageexport.h"
-#include "keyframes.h"
-#include "renderarea.h"
+#include "model/gaugefile.h"
+#include "render/imageexport.h"
+#include "render/keyframes.h"
+#include "render/renderarea.h"
 #include "window.h"
 
 #include <QDir>

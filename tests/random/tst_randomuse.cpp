@@ -1,5 +1,6 @@
 #include "documents.h"
 #include "randomuser.h"
+#include "support/testmain.h"
 #include "warningwatch.h"
 #include "window.h"
 
@@ -92,5 +93,5 @@ void tst_RandomUse::keepsEverythingInStep()
     QDir(presets).removeRecursively();
 }
 
-QTEST_MAIN(tst_RandomUse)
+ADD_TEST_CLASS(tst_RandomUse)
 #include "tst_randomuse.moc"

@@ -1,6 +1,6 @@
 #include "dial.h"
 
-#include "gaugepainter.h"
+#include "render/gaugepainter.h"
 
 #include <QPainter>
 

@@ -1,8 +1,8 @@
 #ifndef DIAL_H
 #define DIAL_H
 
-#include "gaugedata.h"
-#include "recordingdevice.h"
+#include "model/gaugedata.h"
+#include "support/recordingdevice.h"
 
 #include <QImage>
 #include <QList>

@@ -1,5 +1,6 @@
-#include "sweep.h"
-#include "warnings.h"
+#include "render/sweep.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -235,5 +236,5 @@ void tst_AngleBias::neverLeavesTheSweep()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_AngleBias)
+ADD_TEST_CLASS(tst_AngleBias)
 #include "tst_anglebias.moc"

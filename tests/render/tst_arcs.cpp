@@ -1,6 +1,7 @@
 #include "dial.h"
-#include "gaugepainter.h"
-#include "warnings.h"
+#include "render/gaugepainter.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QPainter>
 #include <QTest>
@@ -225,5 +226,5 @@ void tst_Arcs::isNotFilled()
     QCOMPARE(paintedArcs(layer).first().brush.style(), Qt::NoBrush);
 }
 
-QTEST_MAIN(tst_Arcs)
+ADD_TEST_CLASS(tst_Arcs)
 #include "tst_arcs.moc"

@@ -1,6 +1,7 @@
 #include "dial.h"
-#include "gaugepainter.h"
-#include "warnings.h"
+#include "render/gaugepainter.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QLoggingCategory>
 #include <QPainter>
@@ -255,5 +256,5 @@ void tst_GaugePainter::leavesTheRecordAlone()
     QCOMPARE(layers.first().toJson(), layerWithEverything().toJson());
 }
 
-QTEST_MAIN(tst_GaugePainter)
+ADD_TEST_CLASS(tst_GaugePainter)
 #include "tst_gaugepainter.moc"

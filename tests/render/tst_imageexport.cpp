@@ -1,7 +1,8 @@
-#include "gaugedata.h"
-#include "gaugepainter.h"
-#include "imageexport.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "render/gaugepainter.h"
+#include "render/imageexport.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -346,5 +347,5 @@ void tst_ImageExport::sizeThatGivesNoPicture()
     QVERIFY(buffer.data().isEmpty());
 }
 
-QTEST_MAIN(tst_ImageExport)
+ADD_TEST_CLASS(tst_ImageExport)
 #include "tst_imageexport.moc"

@@ -1,7 +1,8 @@
-#include "gaugedata.h"
-#include "keyframes.h"
-#include "sweep.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "render/keyframes.h"
+#include "render/sweep.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -336,5 +337,5 @@ void tst_Keyframes::writesOddNumbersUnquoted()
     QCOMPARE(keyframeTable({{QStringLiteral("A"), layer}}), header + QStringLiteral("A,nan,inf\r"));
 }
 
-QTEST_APPLESS_MAIN(tst_Keyframes)
+ADD_TEST_CLASS(tst_Keyframes)
 #include "tst_keyframes.moc"

@@ -1,6 +1,7 @@
 #include "dial.h"
-#include "gaugepainter.h"
-#include "warnings.h"
+#include "render/gaugepainter.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QImage>
 #include <QPainter>
@@ -386,5 +387,5 @@ void tst_Labels::noDivisionsGiveOneLabelWithoutAPlace()
     QVERIFY(!QRectF(-1e6, -1e6, 2e6, 2e6).contains(labels.first().position));
 }
 
-QTEST_MAIN(tst_Labels)
+ADD_TEST_CLASS(tst_Labels)
 #include "tst_labels.moc"

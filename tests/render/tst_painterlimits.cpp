@@ -1,5 +1,6 @@
 #include "dial.h"
-#include "gaugepainter.h"
+#include "render/gaugepainter.h"
+#include "support/testmain.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -327,5 +328,5 @@ void tst_PainterLimits::layerWithoutPositionsLeavesNoTrace()
     QCOMPARE(descriptions(paintedCalls({bottom, top}).last(alone.size())), descriptions(alone));
 }
 
-QTEST_MAIN(tst_PainterLimits)
+ADD_TEST_CLASS(tst_PainterLimits)
 #include "tst_painterlimits.moc"

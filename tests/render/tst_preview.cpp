@@ -1,6 +1,7 @@
-#include "gaugepainter.h"
-#include "renderarea.h"
-#include "warnings.h"
+#include "render/gaugepainter.h"
+#include "render/renderarea.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QPainter>
 #include <QTest>
@@ -191,5 +192,5 @@ void tst_Preview::paintsTheStackOnAnyPainter()
     QCOMPARE(image, painted(area.layers, QSize(512, 512)));
 }
 
-QTEST_MAIN(tst_Preview)
+ADD_TEST_CLASS(tst_Preview)
 #include "tst_preview.moc"

@@ -1,5 +1,6 @@
 #include "dial.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QImage>
 #include <QTest>
@@ -120,5 +121,5 @@ void tst_Reach::farOutDoesNotStall()
     QVERIFY(!picture({layer}, 4096).isNull());
 }
 
-QTEST_MAIN(tst_Reach)
+ADD_TEST_CLASS(tst_Reach)
 #include "tst_reach.moc"

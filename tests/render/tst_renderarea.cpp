@@ -1,7 +1,8 @@
-#include "keyframes.h"
-#include "renderarea.h"
-#include "sweep.h"
-#include "warnings.h"
+#include "render/keyframes.h"
+#include "render/renderarea.h"
+#include "render/sweep.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QMetaMethod>
 #include <QTest>
@@ -411,5 +412,5 @@ void tst_RenderArea::offersBiasAndKeyframes()
     QCOMPARE(area.layerKeyframes(other).size(), 6);
 }
 
-QTEST_MAIN(tst_RenderArea)
+ADD_TEST_CLASS(tst_RenderArea)
 #include "tst_renderarea.moc"

@@ -1,6 +1,7 @@
-#include "gaugedata.h"
-#include "sweep.h"
-#include "warnings.h"
+#include "model/gaugedata.h"
+#include "render/sweep.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -141,5 +142,5 @@ void tst_Sweep::placesATick()
     QVERIFY(tickAngle(layer, fraction) == 90.0 - start - std::sqrt(fraction) * length);
 }
 
-QTEST_APPLESS_MAIN(tst_Sweep)
+ADD_TEST_CLASS(tst_Sweep)
 #include "tst_sweep.moc"

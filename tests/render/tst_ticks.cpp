@@ -1,6 +1,7 @@
 #include "dial.h"
-#include "sweep.h"
-#include "warnings.h"
+#include "render/sweep.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -348,5 +349,5 @@ void tst_Ticks::noDivisionsOnAFullCircleGiveNothing()
     QVERIFY(paintedLines(layer).isEmpty());
 }
 
-QTEST_MAIN(tst_Ticks)
+ADD_TEST_CLASS(tst_Ticks)
 #include "tst_ticks.moc"

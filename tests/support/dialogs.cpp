@@ -1,4 +1,4 @@
-#include "dialogs.h"
+#include "support/dialogs.h"
 
 #include <QApplication>
 #include <QFileDialog>

@@ -1,4 +1,4 @@
-#include "gaugefields.h"
+#include "support/gaugefields.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,7 +1,7 @@
 #ifndef GAUGEFIELDS_H
 #define GAUGEFIELDS_H
 
-#include "gaugedata.h"
+#include "model/gaugedata.h"
 
 #include <QByteArray>
 #include <QJsonValue>

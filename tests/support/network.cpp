@@ -1,4 +1,4 @@
-#include "network.h"
+#include "support/network.h"
 
 #include <QHostAddress>
 #include <QNetworkProxy>

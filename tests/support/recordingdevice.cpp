@@ -1,4 +1,4 @@
-#include "recordingdevice.h"
+#include "support/recordingdevice.h"
 
 #include <QPaintEngine>
 

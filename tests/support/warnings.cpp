@@ -1,4 +1,4 @@
-#include "warnings.h"
+#include "support/warnings.h"
 
 #include <QRegularExpression>
 #include <QTest>

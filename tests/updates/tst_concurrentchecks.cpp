@@ -1,8 +1,9 @@
 #include "certificates.h"
-#include "dialogs.h"
 #include "downloadserver.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "updates.h"
-#include "warnings.h"
 #include "window.h"
 
 #include <QNetworkAccessManager>
@@ -191,5 +192,5 @@ void tst_ConcurrentChecks::aWindowClosesWhileTheOfferIsShown()
     QCOMPARE(answers.problems(), QStringList());
 }
 
-QTEST_MAIN(tst_ConcurrentChecks)
+ADD_TEST_CLASS(tst_ConcurrentChecks)
 #include "tst_concurrentchecks.moc"

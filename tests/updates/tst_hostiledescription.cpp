@@ -1,5 +1,6 @@
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "versiondescription.h"
-#include "warnings.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -249,5 +250,5 @@ void tst_HostileDescription::refusesAtOnce()
     QCOMPARE_LT(timer.elapsed(), 5000);
 }
 
-QTEST_APPLESS_MAIN(tst_HostileDescription)
+ADD_TEST_CLASS(tst_HostileDescription)
 #include "tst_hostiledescription.moc"

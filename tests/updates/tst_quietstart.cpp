@@ -1,3 +1,5 @@
+#include "support/testmain.h"
+
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -56,5 +58,5 @@ void tst_QuietStart::saysNothingWithoutANetwork()
         QVERIFY2(known.match(line).hasMatch(), qPrintable(line));
 }
 
-QTEST_GUILESS_MAIN(tst_QuietStart)
+ADD_TEST_CLASS(tst_QuietStart)
 #include "tst_quietstart.moc"

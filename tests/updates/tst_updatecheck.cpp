@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "fakereply.h"
-#include "network.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "updates.h"
-#include "warnings.h"
 #include "window.h"
 
 #include <QSignalSpy>
@@ -255,5 +256,5 @@ void tst_UpdateCheck::speaksPlainStrings()
     QCOMPARE(answers.problems(), QStringList());
 }
 
-QTEST_MAIN(tst_UpdateCheck)
+ADD_TEST_CLASS(tst_UpdateCheck)
 #include "tst_updatecheck.moc"

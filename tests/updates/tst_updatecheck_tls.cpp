@@ -1,8 +1,9 @@
 #include "certificates.h"
-#include "dialogs.h"
 #include "downloadserver.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "updates.h"
-#include "warnings.h"
 #include "window.h"
 
 #include <QElapsedTimer>
@@ -322,5 +323,5 @@ void tst_UpdateCheckTls::showsTheWindowBeforeAnythingAnswers()
     QCOMPARE(answers.problems(), QStringList());
 }
 
-QTEST_MAIN(tst_UpdateCheckTls)
+ADD_TEST_CLASS(tst_UpdateCheckTls)
 #include "tst_updatecheck_tls.moc"

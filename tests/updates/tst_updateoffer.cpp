@@ -1,9 +1,10 @@
-#include "dialogs.h"
 #include "fakereply.h"
-#include "network.h"
 #include "projectinfo.h"
+#include "support/dialogs.h"
+#include "support/network.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "updates.h"
-#include "warnings.h"
 #include "window.h"
 
 #include <QDesktopServices>
@@ -275,5 +276,5 @@ void tst_UpdateOffer::survivesTheAnswerGoingUnderIt()
     QCOMPARE(answers.problems(), QStringList());
 }
 
-QTEST_MAIN(tst_UpdateOffer)
+ADD_TEST_CLASS(tst_UpdateOffer)
 #include "tst_updateoffer.moc"

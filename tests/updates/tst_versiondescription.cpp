@@ -1,5 +1,6 @@
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "versiondescription.h"
-#include "warnings.h"
 
 #include <QStringConverter>
 #include <QTest>
@@ -259,5 +260,5 @@ void tst_VersionDescription::comparesWithTheOwnVersion()
     QCOMPARE(isNewerVersion(published, QStringLiteral("2.2.0")), newer);
 }
 
-QTEST_APPLESS_MAIN(tst_VersionDescription)
+ADD_TEST_CLASS(tst_VersionDescription)
 #include "tst_versiondescription.moc"

@@ -1,6 +1,6 @@
 #include "editor.h"
 
-#include "dialogs.h"
+#include "support/dialogs.h"
 
 #include <QInputDialog>
 #include <QTest>

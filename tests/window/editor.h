@@ -1,7 +1,7 @@
 #ifndef EDITOR_H
 #define EDITOR_H
 
-#include "renderarea.h"
+#include "render/renderarea.h"
 #include "window.h"
 
 #include <QEvent>

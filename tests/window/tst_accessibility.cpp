@@ -1,7 +1,8 @@
-#include "dialogs.h"
 #include "editor.h"
-#include "gaugefile.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QAccessible>
 #include <QColorDialog>
@@ -318,5 +319,5 @@ void tst_Accessibility::overwritingIsChosenByKeys()
     QCOMPARE(differingFields(editor.preview()->layers.first(), unusualLayer()), QStringList());
 }
 
-QTEST_MAIN(tst_Accessibility)
+ADD_TEST_CLASS(tst_Accessibility)
 #include "tst_accessibility.moc"

@@ -1,5 +1,6 @@
 #include "editor.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -340,5 +341,5 @@ void tst_ActiveGauge::extremeRecordIsShown()
              u"background-color: #000000}"_s);
 }
 
-QTEST_MAIN(tst_ActiveGauge)
+ADD_TEST_CLASS(tst_ActiveGauge)
 #include "tst_activegauge.moc"

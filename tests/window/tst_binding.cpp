@@ -1,5 +1,6 @@
 #include "editor.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QTest>
 
@@ -234,5 +235,5 @@ void tst_Binding::restyledButtonGivesItsNewColor()
     }
 }
 
-QTEST_MAIN(tst_Binding)
+ADD_TEST_CLASS(tst_Binding)
 #include "tst_binding.moc"

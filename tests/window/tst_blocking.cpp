@@ -1,5 +1,6 @@
 #include "editor.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QSet>
 #include <QSignalSpy>
@@ -100,5 +101,5 @@ void tst_Blocking::signalsComeAgainAfterwards()
         QVERIFY2(!editor.control<QWidget>(name)->signalsBlocked(), qPrintable(name));
 }
 
-QTEST_MAIN(tst_Blocking)
+ADD_TEST_CLASS(tst_Blocking)
 #include "tst_blocking.moc"

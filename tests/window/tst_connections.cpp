@@ -1,6 +1,7 @@
-#include "dialogs.h"
 #include "editor.h"
-#include "warnings.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QColorDialog>
 #include <QFileDialog>
@@ -396,5 +397,5 @@ void tst_Connections::exportSizeTriggersNothing()
     QCOMPARE(paints.count(), 0);
 }
 
-QTEST_MAIN(tst_Connections)
+ADD_TEST_CLASS(tst_Connections)
 #include "tst_connections.moc"

@@ -1,8 +1,9 @@
-#include "dialogs.h"
 #include "editor.h"
-#include "gaugepainter.h"
-#include "imageexport.h"
-#include "warnings.h"
+#include "render/gaugepainter.h"
+#include "render/imageexport.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -427,5 +428,5 @@ void tst_ExportDialogs::exportLeavesTheGaugeAlone()
     QCOMPARE(differingFields(editor.preview()->workingLayer, unusualLayer(3)), QStringList());
 }
 
-QTEST_MAIN(tst_ExportDialogs)
+ADD_TEST_CLASS(tst_ExportDialogs)
 #include "tst_exportdialogs.moc"

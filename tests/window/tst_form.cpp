@@ -1,6 +1,7 @@
 #include "editor.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "ui_window.h"
-#include "warnings.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -277,5 +278,5 @@ void tst_Form::previewGroupKeepsItsSize()
     QCOMPARE(editor.control<QLabel>("referenceLabel"_L1)->geometry(), QRect(26, 33, 512, 512));
 }
 
-QTEST_MAIN(tst_Form)
+ADD_TEST_CLASS(tst_Form)
 #include "tst_form.moc"

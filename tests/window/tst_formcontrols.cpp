@@ -1,5 +1,6 @@
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "ui_window.h"
-#include "warnings.h"
 
 #include <QMap>
 #include <QTest>
@@ -291,5 +292,5 @@ void tst_FormControls::thereAreNoOtherControls()
     QCOMPARE(found, expected);
 }
 
-QTEST_MAIN(tst_FormControls)
+ADD_TEST_CLASS(tst_FormControls)
 #include "tst_formcontrols.moc"

@@ -1,5 +1,6 @@
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "ui_window.h"
-#include "warnings.h"
 
 #include <QTest>
 
@@ -271,5 +272,5 @@ void tst_FormLayout::spacer()
     QCOMPARE(item->sizePolicy().verticalPolicy(), QSizePolicy::Minimum);
 }
 
-QTEST_MAIN(tst_FormLayout)
+ADD_TEST_CLASS(tst_FormLayout)
 #include "tst_formlayout.moc"

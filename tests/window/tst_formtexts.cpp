@@ -1,5 +1,6 @@
+#include "support/testmain.h"
+#include "support/warnings.h"
 #include "ui_window.h"
-#include "warnings.h"
 
 #include <QTest>
 #include <QTextBlock>
@@ -191,5 +192,5 @@ void tst_FormTexts::textsAreTranslatedInTheWindowsContext()
     QCoreApplication::removeTranslator(&translator);
 }
 
-QTEST_MAIN(tst_FormTexts)
+ADD_TEST_CLASS(tst_FormTexts)
 #include "tst_formtexts.moc"

@@ -1,7 +1,8 @@
-#include "dialogs.h"
 #include "editor.h"
-#include "gaugefile.h"
-#include "warnings.h"
+#include "model/gaugefile.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QFile>
 #include <QLineEdit>
@@ -277,5 +278,5 @@ void tst_LayerNames::savedNameIsTheShownOne()
     QCOMPARE(saved(editor).first().name, u" shown "_s);
 }
 
-QTEST_MAIN(tst_LayerNames)
+ADD_TEST_CLASS(tst_LayerNames)
 #include "tst_layernames.moc"

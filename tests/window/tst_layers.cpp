@@ -1,6 +1,7 @@
-#include "dialogs.h"
 #include "editor.h"
-#include "warnings.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QInputDialog>
 #include <QLineEdit>
@@ -416,5 +417,5 @@ void tst_Layers::removingWithoutSelectionDoesNothing()
     QCOMPARE(startAngles(editor), (QList{10.0, 20.0, 30.0}));
 }
 
-QTEST_MAIN(tst_Layers)
+ADD_TEST_CLASS(tst_Layers)
 #include "tst_layers.moc"

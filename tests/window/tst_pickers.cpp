@@ -1,6 +1,7 @@
-#include "dialogs.h"
 #include "editor.h"
-#include "warnings.h"
+#include "support/dialogs.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QColorDialog>
 #include <QFontDialog>
@@ -276,5 +277,5 @@ void tst_Pickers::fontSlotAnswersWithTheDialogsResult()
     QVERIFY(editor.control<QPushButton>("tickCountFontButton"_L1)->font().pointSize() != 31);
 }
 
-QTEST_MAIN(tst_Pickers)
+ADD_TEST_CLASS(tst_Pickers)
 #include "tst_pickers.moc"

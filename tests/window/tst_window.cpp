@@ -1,5 +1,6 @@
 #include "editor.h"
-#include "warnings.h"
+#include "support/testmain.h"
+#include "support/warnings.h"
 
 #include <QGridLayout>
 #include <QMetaMethod>
@@ -349,5 +350,5 @@ void tst_Window::canBeDestroyedWhileShown()
     QCoreApplication::processEvents();
 }
 
-QTEST_MAIN(tst_Window)
+ADD_TEST_CLASS(tst_Window)
 #include "tst_window.moc"
