@@ -1,5 +1,5 @@
 #include "model/gaugedata.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -97,7 +97,7 @@ void tst_GaugeData::everyWayOfCopyingTakesEveryField_data()
 void tst_GaugeData::everyWayOfCopyingTakesEveryField()
 {
     QFETCH(const Copy, copy);
-    QCOMPARE(valuesOf(copy(recordOfOtherValues())), valuesOf(recordOfOtherValues()));
+    QCOMPARE(valuesOf(copy(sampleLayer())), valuesOf(sampleLayer()));
 }
 
 void tst_GaugeData::changingACopyLeavesTheSource()
@@ -111,7 +111,7 @@ void tst_GaugeData::changingACopyLeavesTheSource()
 
 void tst_GaugeData::copyingALayerTakesItsName()
 {
-    const gaugeLayer source{QStringLiteral("Rim"), recordOfOtherValues()};
+    const gaugeLayer source{QStringLiteral("Rim"), sampleLayer()};
     gaugeLayer copy;
     copy = source;
     QCOMPARE(copy.name, QStringLiteral("Rim"));

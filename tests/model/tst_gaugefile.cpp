@@ -1,5 +1,5 @@
 #include "model/gaugefile.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -44,7 +44,7 @@ namespace {
 
 QList<gaugeLayer> twoLayers()
 {
-    return {{u"Rim"_s, gaugeData()}, {u"Needle"_s, recordOfOtherValues()}};
+    return {{u"Rim"_s, gaugeData()}, {u"Needle"_s, sampleLayer()}};
 }
 
 QByteArray olderForm(const gaugeData &data)
@@ -227,10 +227,10 @@ void tst_GaugeFile::spaceAroundTheDocumentIsIgnored()
 void tst_GaugeFile::olderFormYieldsOneUnnamedLayer()
 {
     QList<gaugeLayer> layers;
-    QVERIFY(gaugeFile::read(olderForm(recordOfOtherValues()), &layers, nullptr));
+    QVERIFY(gaugeFile::read(olderForm(sampleLayer()), &layers, nullptr));
     QCOMPARE(layers.size(), 1);
     QCOMPARE(layers.first().name, u""_s);
-    QCOMPARE(valuesOf(layers.first().data), valuesOf(recordOfOtherValues()));
+    QCOMPARE(valuesOf(layers.first().data), valuesOf(sampleLayer()));
 }
 
 void tst_GaugeFile::olderFormIsReadAsUtf8()

@@ -1,5 +1,5 @@
 #include "model/gaugefile.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -42,7 +42,7 @@ const auto oldError = u"an earlier error"_s;
 
 QList<gaugeLayer> twoLayers()
 {
-    return {{u"Rim"_s, gaugeData()}, {u"Needle"_s, recordOfOtherValues()}};
+    return {{u"Rim"_s, gaugeData()}, {u"Needle"_s, sampleLayer()}};
 }
 
 QByteArray olderForm(const gaugeData &data)

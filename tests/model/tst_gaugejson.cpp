@@ -1,5 +1,5 @@
 #include "model/gaugedata.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -113,9 +113,9 @@ void tst_GaugeJson::everyFieldIsReadFromItsKey()
 {
     QFETCH(const GaugeField, field);
 
-    gaugeData expected = withPlainFont(recordOfOtherValues());
+    gaugeData expected = withPlainFont(sampleLayer());
     field.set(expected, field.initial);
-    QCOMPARE(valuesOf(readInto(recordOfOtherValues(), withValueAt({}, field.path, field.initialJson))),
+    QCOMPARE(valuesOf(readInto(sampleLayer(), withValueAt({}, field.path, field.initialJson))),
              valuesOf(expected));
 
     expected = gaugeData();
@@ -126,8 +126,7 @@ void tst_GaugeJson::everyFieldIsReadFromItsKey()
 
 void tst_GaugeJson::otherValuesComeBack()
 {
-    QCOMPARE(valuesOf(readInto(gaugeData(), recordOfOtherValues().toJson())),
-             valuesOf(recordOfOtherValues()));
+    QCOMPARE(valuesOf(readInto(gaugeData(), sampleLayer().toJson())), valuesOf(sampleLayer()));
 }
 
 void tst_GaugeJson::defaultRecordComesBack()

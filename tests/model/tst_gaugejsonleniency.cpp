@@ -1,5 +1,5 @@
 #include "model/gaugedata.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -46,7 +46,7 @@ gaugeData readInto(gaugeData data, const QJsonObject &json)
 /// The record of other values after a reading that says nothing of its font.
 gaugeData otherValuesWithPlainFont()
 {
-    gaugeData data = recordOfOtherValues();
+    gaugeData data = sampleLayer();
     gaugeField("tickCountFont.bold").set(data, false);
     gaugeField("tickCountFont.italic").set(data, false);
     return data;
@@ -105,7 +105,7 @@ bool isMeantFor(GaugeField::Kind kind, const QJsonValue &value)
 
 void tst_GaugeJsonLeniency::emptyObjectKeepsAllButTheFontsAttributes()
 {
-    gaugeData data = recordOfOtherValues();
+    gaugeData data = sampleLayer();
     data.tickCountFont.setUnderline(true);
     data.fromJson(QJsonObject());
     QCOMPARE(valuesOf(data), valuesOf(otherValuesWithPlainFont()));
@@ -131,7 +131,7 @@ void tst_GaugeJsonLeniency::mistypedValueKeepsTheField()
 {
     QFETCH(const QString, path);
     QFETCH(const QJsonValue, value);
-    QCOMPARE(valuesOf(readInto(recordOfOtherValues(), withValueAt({}, path, value))),
+    QCOMPARE(valuesOf(readInto(sampleLayer(), withValueAt({}, path, value))),
              valuesOf(otherValuesWithPlainFont()));
 }
 
@@ -153,7 +153,7 @@ void tst_GaugeJsonLeniency::missingValueKeepsTheField()
 
     gaugeData expected;
     field.set(expected, field.other);
-    QCOMPARE(valuesOf(readInto(recordOfOtherValues(), json)), valuesOf(expected));
+    QCOMPARE(valuesOf(readInto(sampleLayer(), json)), valuesOf(expected));
 }
 
 void tst_GaugeJsonLeniency::mistypedGroupCountsAsEmpty_data()
@@ -181,7 +181,7 @@ void tst_GaugeJsonLeniency::mistypedGroupCountsAsEmpty()
 {
     QFETCH(const QString, path);
     QFETCH(const QJsonValue, value);
-    QCOMPARE(valuesOf(readInto(recordOfOtherValues(), withValueAt({}, path, value))),
+    QCOMPARE(valuesOf(readInto(sampleLayer(), withValueAt({}, path, value))),
              valuesOf(otherValuesWithPlainFont()));
 }
 
@@ -203,7 +203,7 @@ void tst_GaugeJsonLeniency::boldAndItalicAreOffUnlessSaid_data()
 void tst_GaugeJsonLeniency::boldAndItalicAreOffUnlessSaid()
 {
     QFETCH(const QJsonValue, font);
-    gaugeData data = recordOfOtherValues();
+    gaugeData data = sampleLayer();
     data.fromJson(withValueAt({}, QStringLiteral("ticks/font"), font));
     QTEST(data.tickCountFont.bold(), "bold");
     QTEST(data.tickCountFont.italic(), "italic");
@@ -229,7 +229,7 @@ void tst_GaugeJsonLeniency::elementsTooFewLeaveTheRest()
     gaugeData expected = otherValuesWithPlainFont();
     expected.divisionCount[0] = 20;
     expected.arcRadius[0] = 0.25;
-    QCOMPARE(valuesOf(readInto(recordOfOtherValues(), json)), valuesOf(expected));
+    QCOMPARE(valuesOf(readInto(sampleLayer(), json)), valuesOf(expected));
 }
 
 void tst_GaugeJsonLeniency::elementThatIsNoObjectLeavesItsRing()

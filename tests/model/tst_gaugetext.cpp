@@ -1,5 +1,5 @@
 #include "model/gaugedata.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -95,15 +95,14 @@ void tst_GaugeText::defaultRecordIsWrittenInFull()
 
 void tst_GaugeText::defaultRecordComesBack()
 {
-    const gaugeData data = readInto(recordOfOtherValues(), gaugeData().toQString());
+    const gaugeData data = readInto(sampleLayer(), gaugeData().toQString());
     QVERIFY(data.isDefault());
     QCOMPARE(valuesOf(data), valuesOf(gaugeData()));
 }
 
 void tst_GaugeText::otherValuesComeBack()
 {
-    QCOMPARE(valuesOf(readInto(gaugeData(), recordOfOtherValues().toQString())),
-             valuesOf(recordOfOtherValues()));
+    QCOMPARE(valuesOf(readInto(gaugeData(), sampleLayer().toQString())), valuesOf(sampleLayer()));
 }
 
 void tst_GaugeText::everyFieldIsWrittenInItsPlace_data()
@@ -193,10 +192,10 @@ void tst_GaugeText::numbersAreReadExactly()
 void tst_GaugeText::numbersDoNotFollowTheLocale()
 {
     const auto restore = qScopeGuard([previous = QLocale()] { QLocale::setDefault(previous); });
-    const QString written = recordOfOtherValues().toQString();
+    const QString written = sampleLayer().toQString();
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    QCOMPARE(recordOfOtherValues().toQString(), written);
-    QCOMPARE(valuesOf(readInto(gaugeData(), written)), valuesOf(recordOfOtherValues()));
+    QCOMPARE(sampleLayer().toQString(), written);
+    QCOMPARE(valuesOf(readInto(gaugeData(), written)), valuesOf(sampleLayer()));
 }
 
 void tst_GaugeText::colorsAreWrittenWithoutAlpha()
@@ -307,9 +306,9 @@ void tst_GaugeText::fewerThanFiftyFieldsChangeNothing_data()
 void tst_GaugeText::fewerThanFiftyFieldsChangeNothing()
 {
     QFETCH(const QString, text);
-    gaugeData data = recordOfOtherValues();
+    gaugeData data = sampleLayer();
     QVERIFY(!data.fromQString(text));
-    QCOMPARE(valuesOf(data), valuesOf(recordOfOtherValues()));
+    QCOMPARE(valuesOf(data), valuesOf(sampleLayer()));
 }
 
 void tst_GaugeText::fiftyEmptyFieldsAreAccepted()
@@ -327,7 +326,7 @@ void tst_GaugeText::fiftyEmptyFieldsAreAccepted()
 
     QTest::ignoreMessage(QtWarningMsg,
                          QRegularExpression(QStringLiteral("^QFont::fromString: Invalid description")));
-    gaugeData data = recordOfOtherValues();
+    gaugeData data = sampleLayer();
     QVERIFY(data.fromQString(QString(49, comma)));
     QCOMPARE(valuesOf(data), valuesOf(expected));
 }

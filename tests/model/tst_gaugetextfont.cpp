@@ -1,5 +1,5 @@
 #include "model/gaugedata.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -125,7 +125,7 @@ void tst_GaugeTextFont::refusedFontFallsBackToFamilyAndSize()
     QFETCH(const QString, color);
     QFETCH(const QFont, font);
     expectRefusedFont();
-    QCOMPARE(readInto(recordOfOtherValues(), textWith(fontFields, color)).tickCountFont, font);
+    QCOMPARE(readInto(sampleLayer(), textWith(fontFields, color)).tickCountFont, font);
 }
 
 void tst_GaugeTextFont::colorIsTheLastOfManyFields()

@@ -1,5 +1,5 @@
 #include "model/gaugefile.h"
-#include "support/gaugefields.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 

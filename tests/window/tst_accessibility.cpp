@@ -1,6 +1,7 @@
-#include "editor.h"
 #include "model/gaugefile.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -300,7 +301,7 @@ void tst_Accessibility::overwritingIsChosenByKeys()
     const QString path = folder.filePath(u"Loaded.gauge"_s);
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.write(gaugeFile::write({{u"Loaded"_s, unusualLayer()}})) > 0);
+    QVERIFY(file.write(gaugeFile::write({{u"Loaded"_s, sampleLayer()}})) > 0);
     file.close();
 
     const Editor editor;
@@ -316,7 +317,7 @@ void tst_Accessibility::overwritingIsChosenByKeys()
     QTest::keyClick(editor.control<QPushButton>("loadButton"_L1), Qt::Key_Space);
     QCOMPARE(answers.problems(), QStringList());
     QCOMPARE(editor.layerList()->count(), 1);
-    QCOMPARE(differingFields(editor.preview()->layers.first(), unusualLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->layers.first(), sampleLayer()), QStringList());
 }
 
 ADD_TEST_CLASS(tst_Accessibility)

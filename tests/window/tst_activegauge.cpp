@@ -1,4 +1,5 @@
-#include "editor.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -34,10 +35,10 @@ QString styleOf(const QColor &color)
     return u"background-color: %1}"_s.arg(color.name());
 }
 
-/// What the bound controls show of unusualLayer(), in their order.
+/// What the bound controls show of sampleLayer(), in their order.
 QVariantList unusualValues()
 {
-    const gaugeData layer = unusualLayer();
+    const gaugeData layer = sampleLayer();
     return {
         layer.startAngle,
         layer.angleLength,
@@ -84,7 +85,7 @@ QVariantList unusualValues()
         layer.tickCountDecimalPlaces,
         layer.tickCountStart,
         layer.tickCountIncrement,
-        u"Monospace, 17, bold, italic"_s,
+        u"DejaVu Serif, 17, bold, italic"_s,
         styleOf(layer.tickCountColor),
         layer.tickCountRotate,
         layer.tickCountEnabled,
@@ -134,7 +135,7 @@ void tst_ActiveGauge::controlShowsItsField()
     Editor editor;
     const auto *control = editor.control<QWidget>(QString::fromLatin1(QTest::currentDataTag()));
     QVERIFY(shownBy(control) != value);
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->workingLayer = sampleLayer();
     editor.call("setActiveGauge");
     QCOMPARE(shownBy(control), value);
 }
@@ -142,7 +143,7 @@ void tst_ActiveGauge::controlShowsItsField()
 void tst_ActiveGauge::noHandlerRunsAndNothingIsSaved()
 {
     Editor editor;
-    gaugeData layer = unusualLayer();
+    gaugeData layer = sampleLayer();
     // A handler would read these back from the controls, clamped or rounded.
     layer.startAngle = 1000.0;
     layer.divisionInnerRadius = {2.0, 3.0, 4.0};
@@ -158,7 +159,7 @@ void tst_ActiveGauge::previewIsNotPainted()
 {
     Editor editor;
     editor.show();
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->workingLayer = sampleLayer();
     const PaintCounter paints(editor.preview());
     editor.call("setActiveGauge");
     QCoreApplication::processEvents();
@@ -169,7 +170,7 @@ void tst_ActiveGauge::selectingLayerFillsAllControls()
 {
     Editor editor;
     editor.addLayer(u"second"_s);
-    editor.preview()->layers[1] = unusualLayer();
+    editor.preview()->layers[1] = sampleLayer();
     editor.layerList()->setCurrentRow(1);
     const QStringList names = boundControls();
     const QVariantList values = unusualValues();
@@ -177,14 +178,14 @@ void tst_ActiveGauge::selectingLayerFillsAllControls()
         QCOMPARE(shownBy(editor.control<QWidget>(names.at(index))), values.at(index));
     // A handler would have written the one layer's values into the other.
     QCOMPARE(differingFields(editor.preview()->layers.at(0), gaugeData()), QStringList());
-    QCOMPARE(differingFields(editor.preview()->layers.at(1), unusualLayer()), QStringList());
-    QCOMPARE(differingFields(editor.preview()->workingLayer, unusualLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->layers.at(1), sampleLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->workingLayer, sampleLayer()), QStringList());
 
     editor.layerList()->setCurrentRow(0);
     for (qsizetype index = 0; index < names.size(); ++index)
         QVERIFY2(shownBy(editor.control<QWidget>(names.at(index))) != values.at(index),
                  qPrintable(names.at(index)));
-    QCOMPARE(differingFields(editor.preview()->layers.at(1), unusualLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->layers.at(1), sampleLayer()), QStringList());
 }
 
 void tst_ActiveGauge::startIsShownWithTheLayersOwnDecimals()
@@ -281,7 +282,7 @@ void tst_ActiveGauge::loadedColorIsReadBackByTheNextEdit()
 {
     // In a window that was never shown, whose style sheets nothing has applied yet.
     Editor editor;
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->workingLayer = sampleLayer();
     editor.call("setActiveGauge");
     for (int ring = 1; ring <= 3; ++ring)
         editor.control<QDoubleSpinBox>(u"gaugeDivisions%1WidthSpinBox"_s.arg(ring))->setValue(9.0);
@@ -289,9 +290,9 @@ void tst_ActiveGauge::loadedColorIsReadBackByTheNextEdit()
         editor.control<QDoubleSpinBox>(u"arc%1WidthSpinBox"_s.arg(arc))->setValue(9.0);
     editor.control<QDoubleSpinBox>("tickCountRadiusSpinBox"_L1)->setValue(0.5);
     const gaugeData &saved = editor.preview()->layers.first();
-    QCOMPARE(saved.divisionColor, unusualLayer().divisionColor);
-    QCOMPARE(saved.arcColor, unusualLayer().arcColor);
-    QCOMPARE(saved.tickCountColor, unusualLayer().tickCountColor);
+    QCOMPARE(saved.divisionColor, sampleLayer().divisionColor);
+    QCOMPARE(saved.arcColor, sampleLayer().arcColor);
+    QCOMPARE(saved.tickCountColor, sampleLayer().tickCountColor);
 }
 
 void tst_ActiveGauge::extremeRecordIsShown_data()

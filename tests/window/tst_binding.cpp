@@ -1,4 +1,5 @@
-#include "editor.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -64,26 +65,28 @@ void tst_Binding::editWithoutActiveLayerStaysInTheWorkingCopy()
 void tst_Binding::handlerPushesItsWholeGroup_data()
 {
     QTest::addColumn<QStringList>("fields");
-    QTest::newRow("angleChanged") << QStringList{u"angleLength"_s, u"bias"_s, u"midpointBias"_s,
-                                                 u"startAngle"_s};
-    QTest::newRow("capsChanged") << QStringList{u"roundedArcCaps"_s, u"roundedTickCaps"_s};
+    QTest::newRow("angleChanged") << QStringList{u"startAngle"_s, u"angleLength"_s, u"bias"_s,
+                                                 u"midpointBias"_s};
+    QTest::newRow("capsChanged") << QStringList{u"roundedTickCaps"_s, u"roundedArcCaps"_s};
     for (int ring = 0; ring < 3; ++ring) {
         QStringList fields;
-        for (const auto field : {"divisionColor"_L1, "divisionCount"_L1, "divisionInnerRadius"_L1,
-                                 "divisionLineWidth"_L1, "divisionOuterRadius"_L1})
+        for (const auto field : {"divisionCount"_L1, "divisionInnerRadius"_L1, "divisionOuterRadius"_L1,
+                                 "divisionLineWidth"_L1, "divisionColor"_L1})
             fields.append(u"%1[%2]"_s.arg(field).arg(ring));
         QTest::addRow("divisions%dChanged", ring + 1) << fields;
     }
     for (int arc = 0; arc < 4; ++arc) {
         QStringList fields;
         for (const auto field :
-             {"arcAngleLength"_L1, "arcColor"_L1, "arcRadius"_L1, "arcStartAngle"_L1, "arcWidth"_L1})
+             {"arcStartAngle"_L1, "arcAngleLength"_L1, "arcRadius"_L1, "arcWidth"_L1, "arcColor"_L1})
             fields.append(u"%1[%2]"_s.arg(field).arg(arc));
         QTest::addRow("arc%dChanged", arc + 1) << fields;
     }
-    const QStringList labels{u"tickCountColor"_s,  u"tickCountDecimalPlaces"_s, u"tickCountEnabled"_s,
-                             u"tickCountFont"_s,   u"tickCountIncrement"_s,     u"tickCountRadius"_s,
-                             u"tickCountRotate"_s, u"tickCountSkipFirst"_s,     u"tickCountStart"_s};
+    QStringList labels;
+    for (const GaugeField &field : gaugeFields()) {
+        if (field.name.startsWith("tickCount"))
+            labels.append(QString::fromLatin1(field.name));
+    }
     QTest::newRow("tickSettingsChanged") << labels;
     QTest::newRow("tickDecimalsChanged") << labels;
 }
@@ -92,7 +95,7 @@ void tst_Binding::handlerPushesItsWholeGroup()
 {
     QFETCH(QStringList, fields);
     Editor editor;
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->workingLayer = sampleLayer();
     editor.call("setActiveGauge");
     // The controls show one layer, the working copy and the row hold another: what the handler pushes is
     // what it reads from its group, and nothing else.
@@ -100,10 +103,10 @@ void tst_Binding::handlerPushesItsWholeGroup()
     editor.call(QTest::currentDataTag());
     QCOMPARE(differingFields(editor.preview()->workingLayer, gaugeData()), fields);
     QCOMPARE(differingFields(editor.preview()->layers.first(), gaugeData()), fields);
-    const QVariantMap pushed = fieldsOf(editor.preview()->workingLayer);
-    const QVariantMap expected = fieldsOf(unusualLayer());
+    const auto pushed = valuesOf(editor.preview()->workingLayer);
+    const auto expected = valuesOf(sampleLayer());
     for (const QString &field : fields)
-        QCOMPARE(pushed.value(field), expected.value(field));
+        QCOMPARE(pushed.value(field.toLatin1()), expected.value(field.toLatin1()));
 }
 
 void tst_Binding::midpointIsAnyTypeButTheFirst()
@@ -217,7 +220,8 @@ void tst_Binding::colorIsReadFromTheButtonOfANeverShownWindow()
     QFETCH(QColor, color);
     const Editor editor;
     editor.control<QDoubleSpinBox>(edited)->setValue(0.5);
-    QCOMPARE(fieldsOf(editor.preview()->layers.first()).value(field).value<QColor>().rgb(), color.rgb());
+    QCOMPARE(valuesOf(editor.preview()->layers.first()).value(field.toLatin1()).value<QColor>().rgb(),
+             color.rgb());
 }
 
 void tst_Binding::restyledButtonGivesItsNewColor()

@@ -1,4 +1,5 @@
-#include "editor.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -86,7 +87,7 @@ void tst_Blocking::controlTellsNobody()
             spies.push_back(std::make_unique<QSignalSpy>(control, meta.method(index)));
     }
     QVERIFY(!spies.empty());
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->workingLayer = sampleLayer();
     editor.call("setActiveGauge");
     for (const auto &spy : spies)
         QCOMPARE(spy->count(), 0);

@@ -1,5 +1,6 @@
-#include "editor.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -132,7 +133,7 @@ void tst_Connections::spinBoxEditsItsFieldOfTheActiveLayer()
     else
         editor.control<QSpinBox>(name)->setValue(static_cast<int>(value));
     QCOMPARE(changedFields(editor, before), QStringList(field));
-    QCOMPARE(fieldsOf(editor.preview()->workingLayer).value(field).toDouble(), value);
+    QCOMPARE(valuesOf(editor.preview()->workingLayer).value(field.toLatin1()).toDouble(), value);
 }
 
 void tst_Connections::biasTypeChosenByTheUserEditsItsField()
@@ -205,7 +206,7 @@ void tst_Connections::fontButtonAsksForTheFont()
     });
     editor.control<QPushButton>("tickCountFontButton"_L1)->click();
     QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(changedFields(editor, before), QStringList(u"tickCountFont"_s));
+    QCOMPARE(changedFields(editor, before), QStringList(u"tickCountFont.pointSize"_s));
     QCOMPARE(editor.preview()->workingLayer.tickCountFont.pointSize(), 24);
 }
 
@@ -383,7 +384,7 @@ void tst_Connections::exportSizeTriggersNothing()
     editor.control<QComboBox>("biasTypeComboBox"_L1)->setCurrentIndex(1);
     for (const auto name : {"roundedTickCapsCheckBox"_L1, "tickCountRotateCheckBox"_L1})
         editor.control<QCheckBox>(name)->setChecked(true);
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->workingLayer = sampleLayer();
     QCoreApplication::processEvents();
     const PaintCounter paints(editor.preview());
 
@@ -392,7 +393,7 @@ void tst_Connections::exportSizeTriggersNothing()
     QTest::keyClick(&size, Qt::Key_Up);
     QCoreApplication::processEvents();
     QCOMPARE(size.value(), 1024 + 32);
-    QCOMPARE(differingFields(editor.preview()->workingLayer, unusualLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->workingLayer, sampleLayer()), QStringList());
     QCOMPARE(differingFields(editor.preview()->layers.first(), gaugeData()), QStringList());
     QCOMPARE(paints.count(), 0);
 }

@@ -1,7 +1,8 @@
-#include "editor.h"
 #include "render/gaugepainter.h"
 #include "render/imageexport.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -44,7 +45,7 @@ QImage drawn(const QList<gaugeData> &layers, int size)
 void makeGauge(Editor &editor)
 {
     editor.addLayer(u"second"_s);
-    editor.preview()->layers[0] = unusualLayer();
+    editor.preview()->layers[0] = sampleLayer();
     editor.preview()->layers[0].tickCountEnabled = true;
     editor.preview()->layers[1].divisionLineWidth.fill(6.0);
 }
@@ -420,12 +421,12 @@ void tst_ExportDialogs::exportLeavesTheGaugeAlone()
     makeGauge(editor);
     const QList<gaugeData> before = editor.preview()->layers;
     // It draws the stack as it is; the working copy is neither drawn nor saved.
-    editor.preview()->workingLayer = unusualLayer(3);
+    editor.preview()->workingLayer = sampleLayer(3);
     exportTo(editor, button, path(u"face."_s + suffix));
     QCOMPARE(editor.preview()->layers.size(), 2);
     for (int row = 0; row < 2; ++row)
         QCOMPARE(differingFields(editor.preview()->layers.at(row), before.at(row)), QStringList());
-    QCOMPARE(differingFields(editor.preview()->workingLayer, unusualLayer(3)), QStringList());
+    QCOMPARE(differingFields(editor.preview()->workingLayer, sampleLayer(3)), QStringList());
 }
 
 ADD_TEST_CLASS(tst_ExportDialogs)

@@ -1,4 +1,4 @@
-#include "editor.h"
+#include "support/editor.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 #include "ui_window.h"

@@ -1,6 +1,7 @@
-#include "editor.h"
 #include "model/gaugefile.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -180,12 +181,12 @@ void tst_LayerNames::renamingLeavesTheStackAlone()
 {
     Editor editor;
     editor.show();
-    editor.preview()->layers[0] = unusualLayer(1);
-    editor.preview()->workingLayer = unusualLayer(2);
+    editor.preview()->layers[0] = sampleLayer(1);
+    editor.preview()->workingLayer = sampleLayer(2);
     rename(editor, 0, u"Needle"_s);
     QCOMPARE(editor.preview()->layers.size(), 1);
-    QCOMPARE(differingFields(editor.preview()->layers.first(), unusualLayer(1)), QStringList());
-    QCOMPARE(differingFields(editor.preview()->workingLayer, unusualLayer(2)), QStringList());
+    QCOMPARE(differingFields(editor.preview()->layers.first(), sampleLayer(1)), QStringList());
+    QCOMPARE(differingFields(editor.preview()->workingLayer, sampleLayer(2)), QStringList());
 }
 
 void tst_LayerNames::renamingNothingDoesNothing()

@@ -1,5 +1,6 @@
-#include "editor.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -125,14 +126,14 @@ void tst_Layers::nameDialogIsEmptyAtFirst()
 void tst_Layers::addedLayerIsDefaultAtTheEnd()
 {
     const Editor editor;
-    editor.preview()->layers[0] = unusualLayer();
-    editor.preview()->workingLayer = unusualLayer();
+    editor.preview()->layers[0] = sampleLayer();
+    editor.preview()->workingLayer = sampleLayer();
     typeNewLayer(editor, u"Needle"_s);
     QCOMPARE(names(editor), (QStringList{u"Layer 1"_s, u"Needle"_s}));
     QCOMPARE(editor.layerList()->item(1)->data(Qt::UserRole).toString(), u"Needle"_s);
     QCOMPARE(editor.preview()->layers.size(), 2);
     QCOMPARE(differingFields(editor.preview()->layers.at(1), gaugeData()), QStringList());
-    QCOMPARE(differingFields(editor.preview()->layers.at(0), unusualLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->layers.at(0), sampleLayer()), QStringList());
 }
 
 void tst_Layers::addingLeavesActiveLayerAndControls()

@@ -1,5 +1,6 @@
-#include "editor.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 QVariant fieldOf(const gaugeData &layer, const QString &field)
 {
-    return fieldsOf(layer).value(field);
+    return valuesOf(layer).value(field.toLatin1());
 }
 
 } // namespace

@@ -7,10 +7,8 @@
 #include <QEvent>
 #include <QLatin1StringView>
 #include <QStringList>
-#include <QVariantMap>
 
-/// The editor as a test meets it: a real window, its controls by their object names, its preview. It is not
-/// shown unless a test shows it.
+/// A real window, its controls by object name, and its preview. Not shown until show() is called.
 class Editor
 {
 public:
@@ -41,7 +39,8 @@ public:
     Window window;
 };
 
-/// The names of the 50 controls that are bound to the layer, in the order in which their signals are blocked.
+/// The object names of the 50 controls that show the active layer, in the order in which their signals are
+/// blocked.
 [[nodiscard]] QStringList boundControls();
 
 /// Counts how often a widget is painted.
@@ -58,16 +57,5 @@ public:
 private:
     int m_count = 0;
 };
-
-/// The fields of a record by name, members of an array with their index, such as "arcRadius[2]". A font is
-/// told by family, size, bold and italic.
-[[nodiscard]] QVariantMap fieldsOf(const gaugeData &layer);
-
-/// The names of the fields in which two records differ, doubles told apart bit by bit.
-[[nodiscard]] QStringList differingFields(const gaugeData &one, const gaugeData &other);
-
-/// A record in which every field differs from its default and that every control can show as it is. A larger
-/// @a variant gives another one.
-[[nodiscard]] gaugeData unusualLayer(int variant = 0);
 
 #endif

@@ -1,10 +1,12 @@
-#include "support/gaugefields.h"
+#include "support/records.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
 
 #include <algorithm>
+#include <bit>
+#include <optional>
 
 namespace {
 
@@ -48,49 +50,51 @@ public:
     QList<GaugeField> fields;
 
     template <typename Type>
-    void single(const char *name, Type gaugeData::*member, const char *path, qsizetype position,
-                const Value &initial)
+    void single(const char *name, Type gaugeData::*member, const char *path, const char *control,
+                qsizetype position, const Value &initial, std::optional<Value> other = {})
     {
         add<Type>(
-            name, QLatin1String(path), position, initial,
+            name, QLatin1String(path), QLatin1String(control), position, initial,
+            other.value_or(otherThan<Type>(initial)),
             [member](const gaugeData &data) { return data.*member; },
             [member](gaugeData &data, const Type &value) { data.*member = value; });
     }
 
-    /// @a path has %1 in place of the index; the elements' text positions follow one another.
+    /// %1 in @a path stands for the index, %1 in @a control for the index plus 1. The elements' text
+    /// positions follow one another.
     template <typename Type, std::size_t size>
     void array(const char *name, std::array<Type, size> gaugeData::*member, const char *path,
-               qsizetype position, const std::array<Value, size> &initial)
+               const char *control, qsizetype position, const std::array<Value, size> &initial)
     {
         for (std::size_t i = 0; i < size; ++i) {
             add<Type>(
                 QByteArray(name) + '[' + QByteArray::number(static_cast<int>(i)) + ']',
-                QString(QLatin1String(path)).arg(i), position + static_cast<qsizetype>(i), initial.at(i),
+                QString(QLatin1String(path)).arg(i), QString(QLatin1String(control)).arg(i + 1),
+                position + static_cast<qsizetype>(i), initial.at(i), otherThan<Type>(initial.at(i)),
                 [member, i](const gaugeData &data) { return (data.*member).at(i); },
                 [member, i](gaugeData &data, const Type &value) { (data.*member).at(i) = value; });
         }
     }
 
     template <typename Type>
-    void font(const char *attribute, const char *path, const Value &initial,
+    void font(const char *attribute, const char *path, const Value &initial, const Value &other,
               const std::function<Type(const QFont &)> &get,
               const std::function<void(QFont &, const Type &)> &set)
     {
         add<Type>(
-            attribute, QLatin1String(path), GaugeField::insideFont, initial,
-            [get](const gaugeData &data) { return get(data.tickCountFont); },
+            attribute, QLatin1String(path), QStringLiteral("tickCountFontButton"), GaugeField::insideFont,
+            initial, other, [get](const gaugeData &data) { return get(data.tickCountFont); },
             [set](gaugeData &data, const Type &value) { set(data.tickCountFont, value); });
     }
 
 private:
     template <typename Type>
-    void add(const QByteArray &name, const QString &path, qsizetype position, const Value &initial,
-             const std::function<Type(const gaugeData &)> &get,
+    void add(const QByteArray &name, const QString &path, const QString &control, qsizetype position,
+             const Value &initial, const Value &other, const std::function<Type(const gaugeData &)> &get,
              const std::function<void(gaugeData &, const Type &)> &set)
     {
-        const Value other = otherThan<Type>(initial);
-        fields.append({name, path, position, kindOf<Type>(), initial.inRecord, initial.inJson, initial.asText,
-                       other.inRecord, other.inJson, other.asText,
+        fields.append({name, path, control, position, kindOf<Type>(), initial.inRecord, initial.inJson,
+                       initial.asText, other.inRecord, other.inJson, other.asText,
                        [get](const gaugeData &data) { return QVariant::fromValue(get(data)); },
                        [set](gaugeData &data, const QVariant &value) { set(data, value.value<Type>()); }});
     }
@@ -110,23 +114,21 @@ private:
             return GaugeField::Text;
     }
 
-    /// Numbers, integers and colours differ from field to field, so that a mix-up of two fields shows.
+    /// Numbers, integers and colours differ from field to field, so that a test notices two swapped fields.
     template <typename Type>
     [[nodiscard]] Value otherThan(const Value &initial) const
     {
         const int place = static_cast<int>(fields.size());
         if constexpr (std::is_same_v<Type, double>) {
-            // 1.25, 2.25, ... are exact in binary, and short enough for six digits.
-            return {place + 1.25, place + 1.25, QString::number(place + 1) + QStringLiteral(".25")};
+            const double hundredths = (place + 1) / 100.0;
+            return {hundredths, hundredths, QString::number(hundredths)};
         } else if constexpr (std::is_same_v<Type, int>) {
-            return integer(100 + place);
+            return integer(11 + place);
         } else if constexpr (std::is_same_v<Type, bool>) {
             return flag(!initial.inRecord.toBool());
-        } else if constexpr (std::is_same_v<Type, QColor>) {
+        } else {
             const QString name = QStringLiteral("#%1cafe").arg(16 + place, 0, 16);
             return {QColor(16 + place, 0xca, 0xfe), name, name};
-        } else {
-            return {QStringLiteral("DejaVu Serif"), QStringLiteral("DejaVu Serif"), QString()};
         }
     }
 };
@@ -138,55 +140,71 @@ QList<GaugeField> buildFields()
     const Value wholeSweep = number(120.0, "120");
 
     Table table;
-    table.single("startAngle", &gaugeData::startAngle, "gauge/startAngle", 0, zero);
-    table.single("angleLength", &gaugeData::angleLength, "gauge/angleLength", 1, wholeSweep);
-    table.single("bias", &gaugeData::bias, "gauge/bias", 2, number(0.5, "0.5"));
-    table.single("midpointBias", &gaugeData::midpointBias, "gauge/midpointBias", 3, flag(false));
-    table.single("roundedTickCaps", &gaugeData::roundedTickCaps, "gauge/roundedTickCaps", 4, flag(false));
-    table.array("divisionCount", &gaugeData::divisionCount, "divisions/%1/count", 5,
-                {integer(4), integer(1), integer(1)});
-    table.array("divisionInnerRadius", &gaugeData::divisionInnerRadius, "divisions/%1/innerRadius", 8,
+    table.single("startAngle", &gaugeData::startAngle, "gauge/startAngle", "gaugeStartAngleSpinBox", 0, zero);
+    table.single("angleLength", &gaugeData::angleLength, "gauge/angleLength", "gaugeAngleLengthSpinBox", 1,
+                 wholeSweep);
+    table.single("bias", &gaugeData::bias, "gauge/bias", "gaugeBiasSpinBox", 2, number(0.5, "0.5"));
+    table.single("midpointBias", &gaugeData::midpointBias, "gauge/midpointBias", "biasTypeComboBox", 3,
+                 flag(false));
+    table.single("roundedTickCaps", &gaugeData::roundedTickCaps, "gauge/roundedTickCaps",
+                 "roundedTickCapsCheckBox", 4, flag(false));
+    table.array("divisionCount", &gaugeData::divisionCount, "divisions/%1/count", "gaugeDivisions%1SpinBox",
+                5, {integer(4), integer(1), integer(1)});
+    table.array("divisionInnerRadius", &gaugeData::divisionInnerRadius, "divisions/%1/innerRadius",
+                "gaugeDivisions%1InnerRadiusSpinBox", 8,
                 {number(0.8, "0.8"), number(0.9, "0.9"), number(0.95, "0.95")});
-    table.array("divisionOuterRadius", &gaugeData::divisionOuterRadius, "divisions/%1/outerRadius", 11,
-                {one, one, one});
-    table.array("divisionLineWidth", &gaugeData::divisionLineWidth, "divisions/%1/width", 14,
-                {zero, zero, zero});
-    table.array("divisionColor", &gaugeData::divisionColor, "divisions/%1/color", 17, {white, white, white});
-    table.single("roundedArcCaps", &gaugeData::roundedArcCaps, "gauge/roundedArcCaps", 20, flag(false));
-    table.array("arcStartAngle", &gaugeData::arcStartAngle, "arcs/%1/startAngle", 21,
+    table.array("divisionOuterRadius", &gaugeData::divisionOuterRadius, "divisions/%1/outerRadius",
+                "gaugeDivisions%1OuterRadiusSpinBox", 11, {one, one, one});
+    table.array("divisionLineWidth", &gaugeData::divisionLineWidth, "divisions/%1/width",
+                "gaugeDivisions%1WidthSpinBox", 14, {zero, zero, zero});
+    table.array("divisionColor", &gaugeData::divisionColor, "divisions/%1/color",
+                "gaugeDivisions%1ColorButton", 17, {white, white, white});
+    table.single("roundedArcCaps", &gaugeData::roundedArcCaps, "gauge/roundedArcCaps",
+                 "roundedArcCapsCheckBox", 20, flag(false));
+    table.array("arcStartAngle", &gaugeData::arcStartAngle, "arcs/%1/startAngle", "arc%1StartAngleSpinBox",
+                21, {zero, zero, zero, zero});
+    table.array("arcAngleLength", &gaugeData::arcAngleLength, "arcs/%1/angleLength",
+                "arc%1AngleLengthSpinBox", 25, {wholeSweep, zero, zero, zero});
+    table.array("arcRadius", &gaugeData::arcRadius, "arcs/%1/radius", "arc%1RadiusSpinBox", 29,
+                {one, one, one, one});
+    table.array("arcWidth", &gaugeData::arcWidth, "arcs/%1/width", "arc%1WidthSpinBox", 33,
                 {zero, zero, zero, zero});
-    table.array("arcAngleLength", &gaugeData::arcAngleLength, "arcs/%1/angleLength", 25,
-                {wholeSweep, zero, zero, zero});
-    table.array("arcRadius", &gaugeData::arcRadius, "arcs/%1/radius", 29, {one, one, one, one});
-    table.array("arcWidth", &gaugeData::arcWidth, "arcs/%1/width", 33, {zero, zero, zero, zero});
-    table.array("arcColor", &gaugeData::arcColor, "arcs/%1/color", 37, {green, yellow, red, white});
-    table.single("tickCountEnabled", &gaugeData::tickCountEnabled, "ticks/enabled", 41, flag(true));
-    table.single("tickCountStart", &gaugeData::tickCountStart, "ticks/start", 42, zero);
-    table.single("tickCountIncrement", &gaugeData::tickCountIncrement, "ticks/increment", 43, one);
-    table.single("tickCountDecimalPlaces", &gaugeData::tickCountDecimalPlaces, "ticks/decimalPlaces", 44,
-                 integer(0));
-    table.single("tickCountRadius", &gaugeData::tickCountRadius, "ticks/radius", 45, number(0.74, "0.74"));
+    table.array("arcColor", &gaugeData::arcColor, "arcs/%1/color", "arc%1ColorButton", 37,
+                {green, yellow, red, white});
+    table.single("tickCountEnabled", &gaugeData::tickCountEnabled, "ticks/enabled", "tickCountCheckBox", 41,
+                 flag(true));
+    table.single("tickCountStart", &gaugeData::tickCountStart, "ticks/start", "tickCountStartSpinBox", 42,
+                 zero);
+    table.single("tickCountIncrement", &gaugeData::tickCountIncrement, "ticks/increment",
+                 "tickCountIncrementSpinBox", 43, one);
+    table.single("tickCountDecimalPlaces", &gaugeData::tickCountDecimalPlaces, "ticks/decimalPlaces",
+                 "tickCountDecimalPlacesSpinBox", 44, integer(0), integer(3));
+    table.single("tickCountRadius", &gaugeData::tickCountRadius, "ticks/radius", "tickCountRadiusSpinBox", 45,
+                 number(0.74, "0.74"));
     // The comma-separated form has the next two the other way round.
-    table.single("tickCountRotate", &gaugeData::tickCountRotate, "ticks/rotate", 47, flag(false));
-    table.single("tickCountSkipFirst", &gaugeData::tickCountSkipFirst, "ticks/skipFirst", 46, flag(false));
+    table.single("tickCountRotate", &gaugeData::tickCountRotate, "ticks/rotate", "tickCountRotateCheckBox",
+                 47, flag(false));
+    table.single("tickCountSkipFirst", &gaugeData::tickCountSkipFirst, "ticks/skipFirst",
+                 "skipFirstTickCheckBox", 46, flag(false));
     table.font<QString>(
         "tickCountFont.family", "ticks/font/family",
         {QStringLiteral("Sans Serif"), QStringLiteral("Sans Serif"), QString()},
+        {QStringLiteral("DejaVu Serif"), QStringLiteral("DejaVu Serif"), QString()},
         [](const QFont &font) { return font.family(); },
         [](QFont &font, const QString &family) { font.setFamily(family); });
     table.font<int>(
-        "tickCountFont.pointSize", "ticks/font/pointSize", {10, 10, QString()},
+        "tickCountFont.pointSize", "ticks/font/pointSize", {10, 10, QString()}, {17, 17, QString()},
         [](const QFont &font) { return font.pointSize(); },
         [](QFont &font, int size) { font.setPointSize(size); });
     table.font<bool>(
-        "tickCountFont.bold", "ticks/font/bold", {false, false, QString()},
+        "tickCountFont.bold", "ticks/font/bold", {false, false, QString()}, {true, true, QString()},
         [](const QFont &font) { return font.bold(); }, [](QFont &font, bool bold) { font.setBold(bold); });
     table.font<bool>(
-        "tickCountFont.italic", "ticks/font/italic", {false, false, QString()},
+        "tickCountFont.italic", "ticks/font/italic", {false, false, QString()}, {true, true, QString()},
         [](const QFont &font) { return font.italic(); },
         [](QFont &font, bool italic) { font.setItalic(italic); });
-    table.single("tickCountColor", &gaugeData::tickCountColor, "ticks/color", GaugeField::lastPosition,
-                 white);
+    table.single("tickCountColor", &gaugeData::tickCountColor, "ticks/color", "tickColorButton",
+                 GaugeField::lastPosition, white);
     return table.fields;
 }
 
@@ -231,12 +249,32 @@ const GaugeField &gaugeField(const QByteArray &name)
     return *field;
 }
 
-gaugeData recordOfOtherValues()
+gaugeData sampleLayer(int number)
 {
     gaugeData data;
     for (const GaugeField &field : gaugeFields())
         field.set(data, field.other);
+    data.startAngle += number;
+    data.tickCountStart += number;
+    data.divisionCount[0] += number;
+    data.tickCountColor.setBlue(data.tickCountColor.blue() - number);
     return data;
+}
+
+QStringList differingFields(const gaugeData &one, const gaugeData &other)
+{
+    // Bit by bit, so that a value that is not a number equals itself, and the two zeros differ.
+    const auto same = [](const QVariant &a, const QVariant &b) {
+        return a.metaType() == QMetaType::fromType<double>()
+                   ? std::bit_cast<quint64>(a.toDouble()) == std::bit_cast<quint64>(b.toDouble())
+                   : a == b;
+    };
+    QStringList names;
+    for (const GaugeField &field : gaugeFields()) {
+        if (!same(field.get(one), field.get(other)))
+            names.append(QString::fromLatin1(field.name));
+    }
+    return names;
 }
 
 QMap<QByteArray, QVariant> valuesOf(const gaugeData &data)
