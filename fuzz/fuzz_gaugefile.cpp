@@ -154,12 +154,12 @@ void checkPainting(QList<gaugeData> layers, uint choice)
     constexpr std::array sizes{64, 1, 7, 128};
     const int size = sizes[choice / 16 % sizes.size()];
     const PictureStyle style{.millimetres = choice / 64 % 2 == 0 ? 80.0 : 0.0,
-                             .labelsAsOutlines = choice / 128 % 2 == 0};
+                             .textAsPaths = choice / 128 % 2 == 0};
     if (choice % 16 > 3)
         return checkRepaint(layers, size);
 
     for (gaugeData &layer : layers) {
-        if (style.labelsAsOutlines)
+        if (style.textAsPaths)
             layer.tickCountDecimalPlaces = std::min(layer.tickCountDecimalPlaces, mostOutlinedDecimals);
     }
     return choice % 4 == 0 ? checkPdf(layers, size, style) : checkSvg(layers, size, style);

@@ -326,7 +326,7 @@ void SettingsReader::readStandardInput()
 void SettingsReader::readConduct()
 {
     m_settings.layers = m_parser.values(m_options.layers);
-    m_settings.labelsAsOutlines = m_parser.isSet(m_options.textAsPaths);
+    m_settings.textAsPaths = m_parser.isSet(m_options.textAsPaths);
     m_settings.dryRun = m_parser.isSet(m_options.dryRun);
     m_settings.quiet = m_parser.isSet(m_options.quiet);
 

@@ -26,7 +26,7 @@ struct ExportSettings
     QString pictureNames = QStringLiteral("{name}");
     QString otherNames = QStringLiteral("{name}");
     QStringList layers; ///< The layers wanted, by name or number; empty: all.
-    bool labelsAsOutlines = false;
+    bool textAsPaths = false;
     double millimetres = 0.0; ///< The true side of the pictures; 0: from the density.
     double dotsPerInch = 0.0; ///< The density of the pictures; 0: from the true side.
     int jobs = 1;             ///< How many gauges are worked on at a time.

@@ -109,7 +109,7 @@ QString checkTicks(const QList<gaugeLayer> &layers, quint64 limit)
 {
     quint64 ticks = 0;
     for (const gaugeLayer &layer : layers) {
-        const quint64 more = allTickCount(layer.data);
+        const quint64 more = totalTickCount(layer.data);
         const quint64 room = std::numeric_limits<quint64>::max() - ticks;
         ticks += std::min(more, room);
     }
@@ -162,7 +162,7 @@ bool writeOutput(QIODevice &device, const Output &output, const QList<gaugeLayer
     for (const gaugeLayer &layer : layers)
         stack.append(layer.data);
     const PictureStyle style{.millimetres = settings.trueSide(output.size),
-                             .labelsAsOutlines = settings.labelsAsOutlines};
+                             .textAsPaths = settings.textAsPaths};
     switch (output.format) {
     case ExportFormat::Png:
         return writePicture(device, output.size, stack, style);

@@ -198,7 +198,7 @@ QFont labelFont(const gaugeData &layer)
 /// A label in the middle of its box, in the painter's font and the colour of its pen.
 void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, const PaintStyle &style)
 {
-    if (!style.labelsAsOutlines) {
+    if (!style.textAsPaths) {
         painter.drawText(box, Qt::AlignCenter, text);
         return;
     }

@@ -15,8 +15,8 @@ inline constexpr double faceRadius = 250.0;
 /// How a picture departs from the preview. The defaults are the preview itself.
 struct PaintStyle
 {
-    bool labelsAsOutlines = false; ///< Labels are filled shapes, which need no font where they are shown.
-    double hairline = 0.0; ///< The width of lines without a width, in canvas units; 0 is one device pixel.
+    bool textAsPaths = false; ///< Labels are filled shapes, which need no font where they are shown.
+    double hairline = 0.0;    ///< The width of lines without a width, in canvas units; 0 is one device pixel.
 };
 
 /// Draws a stack of layers, bottom layer first, onto a painter whose device is @a size by @a size pixels.

@@ -49,7 +49,7 @@ QByteArray familyAttribute(const QString &family)
 }
 
 /// The drawing in its own units.
-QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool labelsAsOutlines)
+QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool textAsPaths)
 {
     QBuffer drawing;
     QSvgGenerator generator;
@@ -61,7 +61,7 @@ QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool labelsAsOu
     generator.setDescription(
         QCoreApplication::translate("Window", "A gauge generated in Corvalence 2Saved to SVG."));
     QPainter painter(&generator);
-    paintGauge(painter, size, layers, {.labelsAsOutlines = labelsAsOutlines});
+    paintGauge(painter, size, layers, {.textAsPaths = textAsPaths});
     painter.end();
     return drawing.data();
 }
@@ -119,7 +119,7 @@ bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const
     // Made in memory first: the generator does not tell whether its device took everything. It also writes a
     // family as it stands, so that a quote or an ampersand in it breaks the drawing, and knows whole pixels
     // only, while a resolution of its own would change the fonts.
-    QByteArray document = svgInPixels(size, layers, style.labelsAsOutlines);
+    QByteArray document = svgInPixels(size, layers, style.textAsPaths);
     for (const QString &family : oddFamilies(layers))
         document.replace(familyAttribute(family), familyAttribute(inAttribute(family)));
     if (style.millimetres > 0.0) {
@@ -152,7 +152,7 @@ bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const
     const double pagePixelsPerPixel = inches * dotsPerInch / size;
     painter.scale(pagePixelsPerPixel, pagePixelsPerPixel);
     paintGauge(painter, size, layers,
-               {.labelsAsOutlines = style.labelsAsOutlines, .hairline = double(canvasSize) / size});
+               {.textAsPaths = style.textAsPaths, .hairline = double(canvasSize) / size});
     if (!painter.end())
         return false;
 

@@ -11,8 +11,7 @@ struct gaugeData;
 struct PictureStyle
 {
     double millimetres = 0.0; ///< The true side of the picture; 0 leaves it to the format.
-    bool labelsAsOutlines =
-        false; ///< Labels are shapes, so that the drawing needs no font; a PNG never does.
+    bool textAsPaths = false; ///< Labels are shapes, so that the drawing needs no font; a PNG never does.
 };
 
 /// A stack of layers as a square picture of @a size pixels on nothing, in QImage::Format_ARGB32. A true side

@@ -45,7 +45,7 @@ qint64 primaryTickCount(const gaugeData &layer)
     return fullCircle ? divisions : divisions + 1;
 }
 
-quint64 allTickCount(const gaugeData &layer)
+quint64 totalTickCount(const gaugeData &layer)
 {
     const auto primaries = static_cast<quint64>(std::max<qint64>(0, primaryTickCount(layer)));
     if (layer.divisionCount[1] <= 1 || layer.divisionCount[0] <= 0)

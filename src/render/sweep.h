@@ -21,7 +21,7 @@ struct gaugeData;
 
 /// The number of all ticks that a layer draws: primary, secondary and tertiary. A number too large for its
 /// type is the largest that it holds.
-[[nodiscard]] quint64 allTickCount(const gaugeData &layer);
+[[nodiscard]] quint64 totalTickCount(const gaugeData &layer);
 
 /// The linear fraction at which @a position of @a divisions lies. Not a number when there are no divisions.
 [[nodiscard]] double divisionFraction(double position, int divisions);

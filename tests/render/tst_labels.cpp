@@ -367,7 +367,7 @@ void tst_Labels::outlinesStandWhereTheTextDoes()
     layer.tickCountIncrement = 1234.0;
     layer.tickCountFont.setPointSize(24);
     const QRect text = covered(layer, 1024, {});
-    const QRect outlines = covered(layer, 1024, {.labelsAsOutlines = true});
+    const QRect outlines = covered(layer, 1024, {.textAsPaths = true});
     QVERIFY(text.width() > 100);
     // Hinting moves the edges of the text by a pixel or two.
     const QMargins most(4, 4, 4, 4);

@@ -84,7 +84,7 @@ void tst_Sweep::countsNoTicksInGapsThatAreNotThere()
     QFETCH(const quint64, ticks);
     gaugeData layer;
     layer.divisionCount = {divisions, 5, 4};
-    QCOMPARE(allTickCount(layer), ticks);
+    QCOMPARE(totalTickCount(layer), ticks);
 }
 
 void tst_Sweep::dividesTheSweep_data()
