@@ -3,6 +3,7 @@
 #include "window.h"
 
 #include "model/gaugefile.h"
+#include "model/layernames.h"
 #include "render/renderarea.h"
 
 #include <QDirIterator>
@@ -167,26 +168,21 @@ void Window::applyLoadedLayers(const QList<gaugeLayer> &gaugeLayers, const QStri
 
     // With signals off layerChanged() does not run for the rows that change here.
     ui.layerList->blockSignals(true);
-    int rowToSelect = -1;
-    qsizetype firstToAppend = 0;
     const int activeRow = ui.layerList->currentRow();
-    if (mode == LoadMode::Overwrite && activeRow >= 0) {
-        const gaugeLayer &first = gaugeLayers.first();
+    const bool overwrites = mode == LoadMode::Overwrite && activeRow >= 0;
+    QList<gaugeLayer> loaded = gaugeLayers;
+    nameUnnamedLayers(loaded, baseName, overwrites ? LoadInto::CurrentRow : LoadInto::NewRows,
+                      ui.layerList->count());
+    const int rowToSelect = overwrites ? activeRow : ui.layerList->count();
+    if (overwrites) {
+        const gaugeLayer first = loaded.takeFirst();
         renderArea->workingLayer = first.data;
         renderArea->saveLayerData(activeRow);
-        setLayerItemName(ui.layerList->item(activeRow), first.name.isEmpty() ? baseName : first.name);
-        rowToSelect = activeRow;
-        firstToAppend = 1;
+        setLayerItemName(ui.layerList->item(activeRow), first.name);
     }
-    for (const gaugeLayer &layer : gaugeLayers.sliced(firstToAppend)) {
-        QString name = layer.name;
-        if (name.isEmpty()) {
-            name = gaugeLayers.size() == 1 ? baseName : tr("Layer %1").arg(ui.layerList->count() + 1);
-        }
+    for (const gaugeLayer &layer : std::as_const(loaded)) {
         renderArea->layers.append(layer.data);
-        addLayerItem(name);
-        if (rowToSelect < 0)
-            rowToSelect = ui.layerList->count() - 1;
+        addLayerItem(layer.name);
     }
     ui.layerList->setCurrentRow(rowToSelect);
     ui.layerList->blockSignals(false);

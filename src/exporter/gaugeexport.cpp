@@ -3,6 +3,7 @@
 #include "exporter/commandline.h"
 #include "exporter/progress.h"
 #include "model/gaugefile.h"
+#include "model/layernames.h"
 #include "render/imageexport.h"
 #include "render/keyframes.h"
 #include "render/sweep.h"
@@ -43,16 +44,6 @@ QList<Output> outputs(const ExportSettings &settings)
         }
     }
     return all;
-}
-
-/// Gives layers without a name the ones that they get in the editor's untouched layer list.
-void nameLayers(QList<gaugeLayer> &layers, const QString &baseName)
-{
-    for (qsizetype row = 0; row < layers.size(); ++row) {
-        QString &name = layers[row].name;
-        if (name.isEmpty())
-            name = row == 0 ? baseName : QCoreApplication::translate("Window", "Layer %1").arg(row + 1);
-    }
 }
 
 /// The rows that one value of the layers option means: those of the name that it is as a whole, else of each
@@ -128,7 +119,7 @@ QString readLayers(const QByteArray &bytes, const QString &baseName, const Expor
     QString error;
     if (!gaugeFile::read(bytes, &layers, &error))
         return error;
-    nameLayers(layers, baseName);
+    nameUnnamedLayers(layers, baseName, LoadInto::CurrentRow, 1); // as in a new window of one row
     error = selectLayers(layers, settings.layers);
     return error.isEmpty() ? checkTicks(layers, settings.tickLimit) : error;
 }
