@@ -125,13 +125,13 @@ QString RandomUser::problem()
 
 void RandomUser::typeNumber()
 {
-    const auto &bound = m_random.among(m_form.numbers);
+    const auto &bound = m_random.pick(m_form.numbers);
     QDoubleSpinBox &box = *bound.control;
     QString text;
     if (m_random.oneIn(8)) {
-        text = m_random.among(QStringList{QString(), QStringLiteral("-"), QStringLiteral("ticks"),
-                                          QStringLiteral("99999"), QStringLiteral("0.123456789"),
-                                          QStringLiteral("-0.0"), QStringLiteral("1e2")});
+        text = m_random.pick(QStringList{QString(), QStringLiteral("-"), QStringLiteral("ticks"),
+                                         QStringLiteral("99999"), QStringLiteral("0.123456789"),
+                                         QStringLiteral("-0.0"), QStringLiteral("1e2")});
     } else {
         // Wide lines hide everything below them, so most are narrow.
         const double most = box.maximum() == 100.0 && !m_random.oneIn(5) ? 5.0 : box.maximum();
@@ -145,7 +145,7 @@ void RandomUser::typeNumber()
 
 void RandomUser::typeCount()
 {
-    const auto &bound = m_random.among(m_form.counts);
+    const auto &bound = m_random.pick(m_form.counts);
     const int most =
         bound.group == Group::Ticks ? bound.control->maximum() + 1 : std::min(101, largestCount(bound.group));
     const QString text = QString::number(m_random.between(0, std::max(1, most)));
@@ -156,7 +156,7 @@ void RandomUser::typeCount()
 
 void RandomUser::stepNumber()
 {
-    const auto &bound = m_random.among(m_form.numbers);
+    const auto &bound = m_random.pick(m_form.numbers);
     log(QStringLiteral("step %1").arg(bound.control->objectName()));
     if (step(*bound.control))
         expectPushed(bound.group);
@@ -164,7 +164,7 @@ void RandomUser::stepNumber()
 
 void RandomUser::stepCount()
 {
-    const auto &bound = m_random.among(m_form.counts);
+    const auto &bound = m_random.pick(m_form.counts);
     // A page is ten steps.
     if (bound.group != Group::Ticks && bound.control->value() + 10 > largestCount(bound.group))
         return;
@@ -175,7 +175,7 @@ void RandomUser::stepCount()
 
 void RandomUser::clickFlag()
 {
-    const auto &bound = m_random.among(m_form.flags);
+    const auto &bound = m_random.pick(m_form.flags);
     QCheckBox &box = *bound.control;
     log(QStringLiteral("click %1").arg(box.objectName()));
     const bool before = box.isChecked();
@@ -206,7 +206,7 @@ void RandomUser::chooseBiasType()
 
 void RandomUser::pickColor()
 {
-    const auto &bound = m_random.among(m_form.colors);
+    const auto &bound = m_random.pick(m_form.colors);
     QColor color = Qt::black; // what a cancelled dialog makes
     if (m_random.oneIn(3)) {
         log(QStringLiteral("cancel the colour of %1").arg(bound.control->objectName()));
@@ -234,8 +234,8 @@ void RandomUser::pickFont()
         m_dialogs.expectAndCancel<QFontDialog>();
     } else {
         log(QStringLiteral("pick a font"));
-        QFont font(m_random.among(QStringList{QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Serif"),
-                                              QStringLiteral("DejaVu Sans Mono")}),
+        QFont font(m_random.pick(QStringList{QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Serif"),
+                                             QStringLiteral("DejaVu Sans Mono")}),
                    m_random.between(6, 30));
         font.setBold(m_random.oneIn(2));
         m_dialogs.expect<QFontDialog>([font, &chosen](QFontDialog &dialog) {
@@ -271,7 +271,7 @@ void RandomUser::selectLayer()
 void RandomUser::renameLayer()
 {
     QListWidget &list = *m_form.layerList;
-    const QString name = m_random.among(names());
+    const QString name = m_random.pick(names());
     const bool keep = !m_random.oneIn(4);
     log(QStringLiteral("rename row %1 to \"%2\", then press %3")
             .arg(QString::number(m_row), name, keep ? QStringLiteral("Return") : QStringLiteral("Escape")));
@@ -299,7 +299,7 @@ void RandomUser::renameLayer()
 
 void RandomUser::addLayer()
 {
-    const QString name = m_random.among(names());
+    const QString name = m_random.pick(names());
     const bool keep = !m_random.oneIn(4);
     log(QStringLiteral("%1 a new layer \"%2\"")
             .arg(keep ? QStringLiteral("add") : QStringLiteral("cancel"), name));
@@ -355,7 +355,7 @@ bool RandomUser::type(QAbstractSpinBox &box, const QString &text)
     box.selectAll();
     QTest::keyClick(&box, Qt::Key_Delete);
     QTest::keyClicks(&box, text);
-    const auto ending = m_random.among(QList<Ending>{Ending::Return, Ending::Tab, Ending::None});
+    const auto ending = m_random.pick(QList<Ending>{Ending::Return, Ending::Tab, Ending::None});
     if (ending != Ending::None)
         QTest::keyClick(&box, ending == Ending::Return ? Qt::Key_Return : Qt::Key_Tab);
     return !reports.isEmpty();

@@ -2,8 +2,8 @@
 #define RANDOMUSER_H
 
 #include "formview.h"
-#include "random.h"
 #include "support/dialogs.h"
+#include "support/random.h"
 
 #include <QStringList>
 

@@ -74,7 +74,7 @@ void RandomUser::saveAndCheck(const char *button, const QString &path, const QLi
 
 void RandomUser::loadGauge()
 {
-    const QString path = m_random.among(m_documents);
+    const QString path = m_random.pick(m_documents);
     log(QStringLiteral("load %1").arg(path));
     const bool accepted = answerFileDialog(path);
     const LoadMode mode = accepted ? expectLoading(path) : LoadMode::Nothing;
@@ -106,8 +106,8 @@ RandomUser::LoadMode RandomUser::expectLoading(const QString &path)
         return LoadMode::Overwrite;
 
     const QString answer =
-        m_random.among(QStringList{QStringLiteral("Add As New Layers"),
-                                   QStringLiteral("Overwrite Current Layer"), QStringLiteral("Cancel")});
+        m_random.pick(QStringList{QStringLiteral("Add As New Layers"),
+                                  QStringLiteral("Overwrite Current Layer"), QStringLiteral("Cancel")});
     log(answer);
     m_dialogs.expect<QMessageBox>([answer](QMessageBox &question) {
         const auto buttons = question.buttons();
