@@ -1,5 +1,5 @@
-// The window's construction. The order matters: the connections are made before the initial values are
-// pushed, and the first row is selected before the layer list is connected.
+// Construction and destruction of the window. The order of construction matters: the connections are made
+// before the initial values are pushed, and the first row is selected before the layer list is connected.
 
 #include "window.h"
 
@@ -8,11 +8,17 @@
 
 #include <QCoreApplication>
 #include <QGridLayout>
+#include <QHelpEvent>
 #include <QNetworkAccessManager>
+#include <QToolTip>
 
 Window::Window(QWidget *parent)
     : QWidget(parent)
 {
+    // For queued calls by name of the slots that take these pointers.
+    qRegisterMetaType<QListWidgetItem *>();
+    qRegisterMetaType<QNetworkReply *>();
+
     ui.setupUi(this);
     renderArea = new RenderArea(nullptr);
     addLayerItem(tr("Layer 1"));
@@ -39,7 +45,22 @@ Window::Window(QWidget *parent)
     checkForUpdates();
 }
 
-Window::~Window() = default;
+Window::~Window()
+{
+    // The list commits an open name editor when QWidget's destructor deletes it: too late for our slots.
+    ui.layerList->disconnect(this);
+}
+
+bool Window::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::eventFilter(watched, event);
+    // A tool tip takes the style sheet of the widget that it is shown for. With the sheet of a dark colour
+    // button its text could not be read, so the tip is shown for the window.
+    const auto *button = qobject_cast<const QWidget *>(watched);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), button->toolTip(), this);
+    return true;
+}
 
 void Window::connectLayerControls()
 {
@@ -87,6 +108,12 @@ void Window::connectColorButtons()
     const auto arcs = arcControls();
     for (size_t arc = 0; arc < arcs.size(); ++arc)
         connect(arcs.at(arc).color, &QAbstractButton::clicked, this, arcSlots.at(arc));
+
+    for (const RingControls &ring : rings)
+        ring.color->installEventFilter(this);
+    for (const ArcControls &arc : arcs)
+        arc.color->installEventFilter(this);
+    ui.tickColorButton->installEventFilter(this);
 }
 
 void Window::connectTickControls()
@@ -120,7 +147,7 @@ void Window::connectDocumentControls()
 
 void Window::connectLayerList()
 {
-    // The first row is selected before anybody listens: there is no previous layer to save.
+    // The first row is selected before the signals are connected: there is no previous layer to save.
     ui.layerList->setCurrentRow(0);
     ui.layerList->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     connect(ui.layerList, &QListWidget::currentItemChanged, this, &Window::layerChanged);

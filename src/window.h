@@ -6,7 +6,7 @@
 #include "ui_window.h"
 
 #include <QList>
-#include <QNetworkReply> // whole, so that the slot that takes one can be called by its name
+#include <QNetworkReply> // complete, for the meta-type of the pointer
 #include <QString>
 #include <QUrl>
 #include <QWidget>
@@ -32,6 +32,9 @@ public:
 
     /// Where the published version description is fetched from.
     static const QUrl VERSION_XML_URL;
+
+    /// Shows the tool tips of the colour buttons.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
     // Controls to the active layer: each reads its group's controls, hands the values to the preview's

@@ -6,7 +6,10 @@
 
 #include <QColorDialog>
 #include <QFontDialog>
+#include <QHelpEvent>
+#include <QRegularExpression>
 #include <QTest>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +30,7 @@ class tst_Pickers : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
+    void toolTipOfDarkButtonIsReadable();
     void colorDialogStartsAtBlack();
     void acceptedColorReachesButtonAndLayer_data();
     void acceptedColorReachesButtonAndLayer();
@@ -59,6 +63,38 @@ void tst_Pickers::pickColor(const Editor &editor, const QString &button, const Q
     });
     editor.control<QToolButton>(button)->click();
     QCOMPARE(answers.problems(), QStringList());
+}
+
+void tst_Pickers::toolTipOfDarkButtonIsReadable()
+{
+    const auto shownTip = [] {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (widget->isVisible() && widget->inherits("QTipLabel"))
+                return widget->grab().toImage();
+        }
+        return QImage();
+    };
+    Editor editor;
+    editor.show();
+    editor.preview()->workingLayer.divisionColor.fill(QColor(10, 10, 10));
+    editor.preview()->workingLayer.arcColor.fill(QColor(10, 10, 10));
+    editor.preview()->workingLayer.tickCountColor = QColor(10, 10, 10);
+    editor.call("setActiveGauge");
+    for (QToolButton *button :
+         editor.window.findChildren<QToolButton *>(QRegularExpression(u"ColorButton$"_s))) {
+        // What a tip of this text looks like that belongs to no widget.
+        QToolTip::showText(QPoint(100, 100), button->toolTip());
+        const QImage expected = shownTip();
+        QVERIFY(!expected.isNull());
+        QToolTip::hideText();
+        QTRY_VERIFY(shownTip().isNull());
+
+        QHelpEvent hover(QEvent::ToolTip, button->rect().center(),
+                         button->mapToGlobal(button->rect().center()));
+        QCoreApplication::sendEvent(button, &hover);
+        QVERIFY2(shownTip() == expected, qPrintable(button->objectName()));
+    }
+    QToolTip::hideText();
 }
 
 void tst_Pickers::colorDialogStartsAtBlack()
