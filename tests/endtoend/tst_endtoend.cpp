@@ -65,6 +65,7 @@ void tst_EndToEnd::cleanupTestCase()
 
 void tst_EndToEnd::start()
 {
+    m_program.setStandardErrorFile(file(QStringLiteral("printed")));
     m_program.setWorkingDirectory(file(QStringLiteral("editor")));
     m_program.start(file(QStringLiteral("editor/corvalence")), {});
     QVERIFY(waitForActive(title));
@@ -211,6 +212,7 @@ void tst_EndToEnd::closingEndsTheProgram()
     QVERIFY(m_program.waitForFinished(patience));
     QCOMPARE(m_program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program.exitCode(), 0);
+    QCOMPARE(contents(file(QStringLiteral("printed"))), QByteArray());
 }
 
 void tst_EndToEnd::savesTheSameAfterARestart()
@@ -277,6 +279,14 @@ void tst_EndToEnd::refusesABrokenFile()
     STEP(clickAndAnswer("saveButton", QStringLiteral("Save Gauge"), file(QStringLiteral("unchanged.gauge"))));
     QTRY_COMPARE_WITH_TIMEOUT(contents(file(QStringLiteral("unchanged.gauge"))),
                               contents(file(QStringLiteral("mouse.gauge"))), patience);
+}
+
+void tst_EndToEnd::printsOnlyThatAPictureCannotBeRead()
+{
+    STEP(clickAndAnswer("loadReferenceButton", QStringLiteral("Load Reference Image (512x512)"),
+                        file(QStringLiteral("broken.gauge"))));
+    QTRY_COMPARE_WITH_TIMEOUT(contents(file(QStringLiteral("printed"))),
+                              QByteArray("Failed to load image.\n"), patience);
 }
 
 QTEST_MAIN(tst_EndToEnd)

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void showsTheSameAfterARestart();
     void takesTheMouse();
     void refusesABrokenFile();
+    void printsOnlyThatAPictureCannotBeRead();
 
 private:
     void start();
