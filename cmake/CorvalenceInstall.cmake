@@ -17,6 +17,7 @@ install(TARGETS corvalence RUNTIME DESTINATION "${corvalence_program_dir}" COMPO
 install(TARGETS corvalence-export RUNTIME DESTINATION "${corvalence_program_dir}" COMPONENT corvalence_exporter)
 # Qt may lie outside the system's own folders.
 set_target_properties(corvalence corvalence-export PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
+install(FILES packaging/small.qss DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_editor)
 install(FILES corvalence.ico DESTINATION "${corvalence_home}" COMPONENT corvalence_editor)
 
 if(NOT WIN32)
@@ -44,11 +45,13 @@ if(WIN32)
     endif()
 endif()
 
-# What users read; the rest of docs/ is for whoever works on the program.
-install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
-install(DIRECTORY docs DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation
-    PATTERN architecture.md EXCLUDE
-    PATTERN backdrop.gauge EXCLUDE)
+# Documents for users. Developers read the others in the source tree.
+install(FILES docs/README.installed.md DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation
+    RENAME README.md)
+install(FILES CHANGELOG.md LICENSE docs/automation.md docs/gallery.md docs/gauge-format.md docs/gauge.schema.json
+        docs/guide.md docs/install.md docs/needle.md
+    DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
+install(DIRECTORY docs/gallery docs/guide DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
 install(DIRECTORY samples DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_samples
     FILES_MATCHING PATTERN "*.gauge")
 
