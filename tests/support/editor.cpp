@@ -60,10 +60,3 @@ QStringList boundControls()
               u"skipFirstTickCheckBox"_s};
     return names;
 }
-
-bool PaintCounter::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::Paint)
-        ++m_count;
-    return QObject::eventFilter(watched, event);
-}

@@ -4,7 +4,6 @@
 #include "render/renderarea.h"
 #include "window.h"
 
-#include <QEvent>
 #include <QLatin1StringView>
 #include <QStringList>
 
@@ -42,20 +41,5 @@ public:
 /// The object names of the 50 controls that show the active layer, in the order in which their signals are
 /// blocked.
 [[nodiscard]] QStringList boundControls();
-
-/// Counts how often a widget is painted.
-class PaintCounter : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit PaintCounter(QWidget *watched) { watched->installEventFilter(this); }
-    [[nodiscard]] int count() const { return m_count; }
-
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
-private:
-    int m_count = 0;
-};
 
 #endif

@@ -1,4 +1,5 @@
 #include "support/editor.h"
+#include "support/paintcounter.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"

@@ -1,5 +1,6 @@
 #include "support/dialogs.h"
 #include "support/editor.h"
+#include "support/paintcounter.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
