@@ -55,5 +55,5 @@ void drawGallery(const QDir &docs)
     drawFolder(gallery, u"samples"_s, {});
     // Presets are mostly white marks without a face.
     drawFolder(gallery, u"presets"_s, dataOf(readGauge(u"docs/pictures/backdrop.gauge"_s)));
-    savePicture(strip(), gallery.filePath(u"strip.png"_s));
+    savePicture(strip(), docs.filePath(u"strip.png"_s));
 }
