@@ -43,7 +43,7 @@ QList<gaugeLayer> read(const QByteArray &bytes)
     QList<gaugeLayer> layers{gaugeLayer{QStringLiteral("left over"), {}}};
     QString error = untouched;
     const bool succeeded = gaugeFile::read(bytes, &layers, &error);
-    require(succeeded == !layers.isEmpty(), "a list is empty after a failure and only then");
+    require(succeeded == !layers.isEmpty(), "the list is empty after a failure and only then");
     require(succeeded == (error == untouched), "an error is told after a failure and only then");
     require(!error.isEmpty(), "an error has a text");
 
@@ -126,7 +126,7 @@ void checkRepaint(const QList<gaugeData> &layers, int size)
     const auto near = [](double a, double b) { return std::abs(a - b) < 1e-3; };
     require(near(left.m11(), scale) && near(left.m22(), scale) && near(left.m12(), 0) &&
                 near(left.m21(), 0) && near(left.dx(), 0) && near(left.dy(), 0),
-            "no record moves what is drawn after it");
+            "the transform is the same after drawing");
     painter.end();
 }
 

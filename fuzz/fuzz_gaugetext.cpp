@@ -53,7 +53,7 @@ void checkReader(const QString &text)
     const bool succeeded = record.fromQString(text);
     require(succeeded == isOlderForm(text), "50 fields are enough, 49 are not");
     require(sameRecord(record, succeeded ? expectedRecord(text, before) : before),
-            succeeded ? "each field has its place" : "a failed reading changes nothing");
+            succeeded ? "each field is read from its position" : "a rejected text changes nothing");
 }
 
 /// Text that QString::arg takes for a place of its own changes as the form is put together; that is so by the

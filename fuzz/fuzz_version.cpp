@@ -91,12 +91,12 @@ void checkDescription(const QByteArray &xml, const std::optional<VersionDescript
         return;
     }
     require(look.wellFormed, "what is not well-formed is not read");
-    require(look.depth <= mostLevels, "deep nesting is not read");
+    require(look.depth <= mostLevels, "deep nesting is rejected");
     require(!look.declaresEntities, "a description with entities of its own is not read");
     const std::array found{description->version, description->downloadUrl, description->notes};
     for (size_t i = 0; i < found.size(); ++i)
         require(bare(found[i]) == bare(look.texts[i].value_or(QString())),
-                "the first child of the root by its name counts");
+                "the first child of the root with the name is read");
 }
 
 /// The numbers of a plain version; nothing for anything that takes a library to make sense of.
@@ -121,7 +121,7 @@ void checkComparison(const QString &a, const QString &b)
     const auto numbersOfA = plainVersion(a);
     const auto numbersOfB = plainVersion(b);
     if (numbersOfA && numbersOfB)
-        require(newer == (*numbersOfA > *numbersOfB), "versions compare number by number");
+        require(newer == (*numbersOfA > *numbersOfB), "versions are compared number by number");
     if (a.isEmpty())
         require(!newer, "no version is not newer than any");
 }

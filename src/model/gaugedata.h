@@ -8,20 +8,20 @@
 
 #include <array>
 
-/// The parameters of one layer of a gauge face: a plain value, copied freely.
+/// The parameters of one layer of a gauge face. A plain value type.
 ///
-/// Angles are degrees; those of the sweep and of the arcs are measured clockwise from 12 o'clock. Radii are
-/// fractions of the face radius, which is 250 units of the 512-unit canvas. Widths are pen widths in canvas
-/// units, where 0 is a line of one device pixel at every size. Nothing is validated: a record takes whatever
-/// it is given, and whoever reads it must cope with every int and double.
+/// Angles are in degrees, clockwise from 12 o'clock. Radii are fractions of the face radius, which is 250
+/// units of the 512-unit canvas. Line and arc widths are pen widths in canvas units; 0 is one device pixel at
+/// every size. No field is validated: code that reads a record must handle every int and double, including
+/// NaN and infinity.
 ///
-/// Index 0 of an array is the ring or the arc with the number 1.
+/// Arrays: index 0 is ring 1 or arc 1.
 struct gaugeData
 {
     double startAngle = 0.0;
     double angleLength = 120.0;
-    double bias = 0.5;         ///< How the marks crowd along the sweep, 0 to 1; 0.5 is even.
-    bool midpointBias = false; ///< The curve of the bias: false is "Exponential", true is "Midpoint".
+    double bias = 0.5;         ///< 0 to 1. Below 0.5 the ticks are denser at the start of the sweep.
+    bool midpointBias = false; ///< False: exponential bias curve. True: midpoint bias curve.
     bool roundedTickCaps = false;
 
     std::array<int, 3> divisionCount{4, 1, 1};
@@ -47,28 +47,30 @@ struct gaugeData
     QFont tickCountFont{QStringLiteral("Sans Serif"), 10};
     QColor tickCountColor = Qt::white;
 
-    /// True when the record is written as the defaults are. What the JSON form does not carry (the alpha of a
-    /// colour, font attributes beyond family, size, bold and italic) does not count.
+    /// Returns true when toJson() gives the same object as for a default record. Values that are not written
+    /// to JSON (alpha, font attributes other than family, size, bold and italic) are not compared.
     [[nodiscard]] bool isDefault() const;
 
-    /// The record as a JSON object: "gauge", "divisions", "arcs" and "ticks". Colours lose their alpha, font
-    /// weights become bold or not; numbers that JSON cannot hold become null.
+    /// Returns the record as a JSON object with the keys "gauge", "divisions", "arcs" and "ticks". Alpha is
+    /// not written. Font weights above QFont::Medium are written as bold. QJsonDocument writes NaN and
+    /// infinity as null.
     [[nodiscard]] QJsonObject toJson() const;
 
-    /// Overwrites, in place, the fields that @a json carries. A missing value, or one of another type, leaves
-    /// its field alone, but for "bold" and "italic", whose absence clears them.
+    /// Sets the fields that @a json contains. A field keeps its value when its key is missing or has a value
+    /// of another type. Exception: a missing "bold" or "italic" is read as false.
     void fromJson(const QJsonObject &json);
 
-    /// The record as one line of comma-separated fields, the form of earlier versions. Numbers keep six
-    /// significant digits, colours lose their alpha.
+    /// Returns the record in the comma-separated format of earlier versions. Numbers are written with six
+    /// significant digits, colours without alpha.
     [[nodiscard]] QString toQString() const;
 
-    /// Fills the record from the form of earlier versions. Returns false, and changes nothing, when there are
-    /// fewer than 50 fields. Text that is not a number counts as 0, a colour that names none becomes invalid.
+    /// Reads the comma-separated format of earlier versions. Returns false and changes nothing when @a text
+    /// has fewer than 50 fields. A field that is not a number is read as 0, one that is not a colour as an
+    /// invalid colour.
     bool fromQString(const QString &text);
 };
 
-/// A layer as the layer list and gauge files hold it.
+/// A named layer: one row of the layer list, one element of a gauge file.
 struct gaugeLayer
 {
     QString name;

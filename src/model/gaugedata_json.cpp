@@ -3,56 +3,39 @@
 #include <QJsonArray>
 
 #include <algorithm>
-#include <array>
-#include <iterator>
+
+using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Makes objects that all have the same keys.
-///
-/// The keys are inserted once, into a pattern; each object is a copy of it whose values are then replaced. In
-/// a gauge of thousands of layers this costs a fraction of inserting the keys again and again.
-template <std::size_t size>
-class ObjectMaker
-{
-public:
-    explicit ObjectMaker(const std::array<const char *, size> &keys)
-    {
-        for (const char *key : keys)
-            m_pattern.insert(QLatin1String(key), QJsonValue::Null);
-        // The pattern sorts its keys; where each of them has gone is remembered.
-        std::transform(keys.begin(), keys.end(), m_places.begin(), [this](const char *key) {
-            return std::distance(m_pattern.constBegin(), m_pattern.constFind(QLatin1String(key)));
-        });
-    }
-
-    /// The object with @a values, in the order in which the keys were given.
-    [[nodiscard]] QJsonObject operator()(const std::array<QJsonValue, size> &values) const
-    {
-        QJsonObject json = m_pattern;
-        const auto first = json.begin();
-        for (std::size_t i = 0; i < size; ++i)
-            first[m_places[i]] = values[i];
-        return json;
-    }
-
-private:
-    QJsonObject m_pattern;
-    std::array<qsizetype, size> m_places{};
-};
 
 QJsonObject divisionToJson(int count, double innerRadius, double outerRadius, double width,
                            const QColor &color)
 {
-    static const ObjectMaker make(std::array{"count", "innerRadius", "outerRadius", "width", "color"});
-    return make({count, innerRadius, outerRadius, width, color.name()});
+    return {{u"count"_s, count},
+            {u"innerRadius"_s, innerRadius},
+            {u"outerRadius"_s, outerRadius},
+            {u"width"_s, width},
+            {u"color"_s, color.name()}};
 }
 
 QJsonObject arcToJson(double startAngle, double angleLength, double radius, double width, const QColor &color)
 {
-    static const ObjectMaker make(std::array{"startAngle", "angleLength", "radius", "width", "color"});
-    return make({startAngle, angleLength, radius, width, color.name()});
+    return {{u"startAngle"_s, startAngle},
+            {u"angleLength"_s, angleLength},
+            {u"radius"_s, radius},
+            {u"width"_s, width},
+            {u"color"_s, color.name()}};
 }
+
+QJsonObject fontToJson(const QFont &font)
+{
+    return {{u"family"_s, font.family()},
+            {u"pointSize"_s, font.pointSize()},
+            {u"bold"_s, font.weight() > QFont::Medium},
+            {u"italic"_s, font.style() != QFont::StyleNormal}};
+}
+
+// The readers return the fallback when the key is missing or its value has another type.
 
 double jsonDouble(const QJsonObject &json, const char *key, double fallback)
 {
@@ -85,18 +68,11 @@ QJsonArray jsonArray(const QJsonObject &json, const char *key)
     return json.value(QLatin1String(key)).toArray();
 }
 
-QJsonObject fontToJson(const QFont &font)
-{
-    static const ObjectMaker make(std::array{"family", "pointSize", "bold", "italic"});
-    return make(
-        {font.family(), font.pointSize(), font.weight() > QFont::Medium, font.style() != QFont::StyleNormal});
-}
-
-/// The font is built anew, so whatever @a json does not say of bold and italic is off.
+/// Builds a new font, so "bold" and "italic" are off unless @a json sets them.
 QFont fontFromJson(const QJsonObject &json, const QFont &current)
 {
     const int pointSize = jsonInt(json, "pointSize", current.pointSize());
-    const QString family = json.value(QLatin1String("family")).toString(current.family());
+    const QString family = json.value("family"_L1).toString(current.family());
     QFont font(family, pointSize);
     font.setWeight(jsonBool(json, "bold", false) ? QFont::Bold : QFont::Normal);
     font.setStyle(jsonBool(json, "italic", false) ? QFont::StyleItalic : QFont::StyleNormal);
@@ -112,10 +88,12 @@ bool gaugeData::isDefault() const
 
 QJsonObject gaugeData::toJson() const
 {
-    static const ObjectMaker makeGauge(
-        std::array{"startAngle", "angleLength", "bias", "midpointBias", "roundedTickCaps", "roundedArcCaps"});
-    const QJsonObject gauge =
-        makeGauge({startAngle, angleLength, bias, midpointBias, roundedTickCaps, roundedArcCaps});
+    const QJsonObject gauge{{u"startAngle"_s, startAngle},
+                            {u"angleLength"_s, angleLength},
+                            {u"bias"_s, bias},
+                            {u"midpointBias"_s, midpointBias},
+                            {u"roundedTickCaps"_s, roundedTickCaps},
+                            {u"roundedArcCaps"_s, roundedArcCaps}};
 
     QJsonArray divisions;
     for (size_t ring = 0; ring < divisionCount.size(); ++ring) {
@@ -130,14 +108,14 @@ QJsonObject gaugeData::toJson() const
             arcToJson(arcStartAngle[arc], arcAngleLength[arc], arcRadius[arc], arcWidth[arc], arcColor[arc]));
     }
 
-    static const ObjectMaker makeTicks(std::array{"enabled", "start", "increment", "decimalPlaces", "radius",
-                                                  "rotate", "skipFirst", "font", "color"});
-    const QJsonObject ticks = makeTicks(
-        {tickCountEnabled, tickCountStart, tickCountIncrement, tickCountDecimalPlaces, tickCountRadius,
-         tickCountRotate, tickCountSkipFirst, fontToJson(tickCountFont), tickCountColor.name()});
+    const QJsonObject ticks{
+        {u"enabled"_s, tickCountEnabled},     {u"start"_s, tickCountStart},
+        {u"increment"_s, tickCountIncrement}, {u"decimalPlaces"_s, tickCountDecimalPlaces},
+        {u"radius"_s, tickCountRadius},       {u"rotate"_s, tickCountRotate},
+        {u"skipFirst"_s, tickCountSkipFirst}, {u"font"_s, fontToJson(tickCountFont)},
+        {u"color"_s, tickCountColor.name()}};
 
-    static const ObjectMaker makeLayer(std::array{"gauge", "divisions", "arcs", "ticks"});
-    return makeLayer({gauge, divisions, arcs, ticks});
+    return {{u"gauge"_s, gauge}, {u"divisions"_s, divisions}, {u"arcs"_s, arcs}, {u"ticks"_s, ticks}};
 }
 
 void gaugeData::fromJson(const QJsonObject &json)

@@ -1,5 +1,5 @@
-// The comma-separated form of earlier versions. Its field order is fixed by the files that exist: fields 0 to
-// 47 have their places, then comes the label font in QFont's own comma-separated form, and last its colour.
+// The comma-separated format of earlier versions. Fields 0 to 47 have fixed positions. They are followed by
+// QFont::toString() of the label font, which contains commas itself, and the label colour.
 
 #include "model/gaugedata.h"
 
@@ -8,10 +8,10 @@
 
 namespace {
 
-constexpr qsizetype fixedFields = 48;
-constexpr qsizetype leastFields = fixedFields + 2; // at least one field of the font, and its colour
+constexpr qsizetype fixedFieldCount = 48;
+constexpr qsizetype minFieldCount = fixedFieldCount + 2; // one field of the font and the colour
 
-/// Hands out the fixed fields one after another, each converted by its kind.
+/// Reads the fixed fields in order.
 class FieldReader
 {
 public:
@@ -32,7 +32,7 @@ private:
     qsizetype m_index = 0;
 };
 
-int written(bool flag)
+int toInt(bool flag)
 {
     return flag ? 1 : 0;
 }
@@ -41,14 +41,14 @@ int written(bool flag)
 
 QString gaugeData::toQString() const
 {
-    // One arg() a placeholder, in ascending order: the form is defined by that.
+    // Chained single-argument arg(): the file format depends on its substitution order.
     const QString sweepAndRings =
         QStringLiteral("%1,%2,%3,%4,%5,%6,%7,%8,%9,%10,%11,%12,%13,%14,%15,%16,%17,")
             .arg(startAngle)
             .arg(angleLength)
             .arg(bias)
-            .arg(written(midpointBias))
-            .arg(written(roundedTickCaps))
+            .arg(toInt(midpointBias))
+            .arg(toInt(roundedTickCaps))
             .arg(divisionCount[0])
             .arg(divisionCount[1])
             .arg(divisionCount[2])
@@ -66,7 +66,7 @@ QString gaugeData::toQString() const
                                           .arg(divisionColor[0].name())
                                           .arg(divisionColor[1].name())
                                           .arg(divisionColor[2].name())
-                                          .arg(written(roundedArcCaps))
+                                          .arg(toInt(roundedArcCaps))
                                           .arg(arcStartAngle[0])
                                           .arg(arcStartAngle[1])
                                           .arg(arcStartAngle[2])
@@ -79,7 +79,7 @@ QString gaugeData::toQString() const
                                           .arg(arcRadius[1])
                                           .arg(arcRadius[2]);
 
-    // Skip-first stands before rotate here, the other way round than in the record.
+    // tickCountSkipFirst comes before tickCountRotate, unlike in the record.
     const QString arcsAndLabels = QStringLiteral("%1,%2,%3,%4,%5,%6,%7,%8,%9,%10,%11,%12,%13,%14,%15,%16,")
                                       .arg(arcRadius[3])
                                       .arg(arcWidth[0])
@@ -90,13 +90,13 @@ QString gaugeData::toQString() const
                                       .arg(arcColor[1].name())
                                       .arg(arcColor[2].name())
                                       .arg(arcColor[3].name())
-                                      .arg(written(tickCountEnabled))
+                                      .arg(toInt(tickCountEnabled))
                                       .arg(tickCountStart)
                                       .arg(tickCountIncrement)
                                       .arg(tickCountDecimalPlaces)
                                       .arg(tickCountRadius)
-                                      .arg(written(tickCountSkipFirst))
-                                      .arg(written(tickCountRotate));
+                                      .arg(toInt(tickCountSkipFirst))
+                                      .arg(toInt(tickCountRotate));
 
     const QString fontAndColor =
         QStringLiteral("%1,%2").arg(tickCountFont.toString()).arg(tickCountColor.name());
@@ -107,7 +107,7 @@ QString gaugeData::toQString() const
 bool gaugeData::fromQString(const QString &text)
 {
     const QStringList fields = text.split(QLatin1Char(','), Qt::KeepEmptyParts, Qt::CaseSensitive);
-    if (fields.size() < leastFields)
+    if (fields.size() < minFieldCount)
         return false;
 
     FieldReader reader(fields);
@@ -140,8 +140,8 @@ bool gaugeData::fromQString(const QString &text)
     tickCountRotate = reader.flag();
 
     tickCountColor = QColor::fromString(fields.last());
-    const QStringList fontFields = fields.sliced(fixedFields, fields.size() - fixedFields - 1);
+    const QStringList fontFields = fields.sliced(fixedFieldCount, fields.size() - fixedFieldCount - 1);
     if (!tickCountFont.fromString(fontFields.join(QLatin1Char(','))))
-        tickCountFont = QFont(fields.at(fixedFields), fields.at(fixedFields + 1).toInt());
+        tickCountFont = QFont(fields.at(fixedFieldCount), fields.at(fixedFieldCount + 1).toInt());
     return true;
 }

@@ -6,6 +6,8 @@
 #include <QJsonParseError>
 #include <QObject>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool fail(QString *error, const QString &message)
@@ -22,7 +24,7 @@ bool readJson(const QByteArray &bytes, QList<gaugeLayer> &layers, QString *error
     if (document.isNull())
         return fail(error, parseError.errorString());
 
-    const QJsonArray elements = document.object().value(QLatin1String("layers")).toArray();
+    const QJsonArray elements = document.object().value("layers"_L1).toArray();
     if (elements.isEmpty())
         return fail(error, QObject::tr("The file contains no layers."));
 
@@ -31,7 +33,7 @@ bool readJson(const QByteArray &bytes, QList<gaugeLayer> &layers, QString *error
         const QJsonObject object = element.toObject();
         gaugeLayer &layer = layers.emplaceBack();
         layer.data.fromJson(object);
-        layer.name = object.value(QLatin1String("name")).toString();
+        layer.name = object.value("name"_L1).toString();
     }
     return true;
 }
@@ -54,12 +56,10 @@ QByteArray gaugeFile::write(const QList<gaugeLayer> &layers)
     QJsonArray elements;
     for (const gaugeLayer &layer : layers) {
         QJsonObject element = layer.data.toJson();
-        element.insert(QLatin1String("name"), layer.name);
+        element.insert("name"_L1, layer.name);
         elements.append(element);
     }
-    const QJsonObject root{{QStringLiteral("format"), QStringLiteral("corvalence.gauge")},
-                           {QStringLiteral("version"), 2},
-                           {QStringLiteral("layers"), elements}};
+    const QJsonObject root{{u"format"_s, u"corvalence.gauge"_s}, {u"version"_s, 2}, {u"layers"_s, elements}};
     return QJsonDocument(root).toJson(QJsonDocument::Indented);
 }
 

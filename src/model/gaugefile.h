@@ -6,22 +6,21 @@
 #include <QByteArray>
 #include <QList>
 
-/// Turns layers into the bytes of a gauge file and back. Touches no file and keeps no state.
+/// Converts layers to the bytes of a gauge file and back. Does no file access.
 class gaugeFile
 {
 public:
     gaugeFile() = delete;
 
-    /// The file's bytes: an indented JSON document in UTF-8. An empty list gives a document without layers,
-    /// which read() refuses.
+    /// Returns an indented JSON document in UTF-8. read() rejects the document of an empty list.
     [[nodiscard]] static QByteArray write(const QList<gaugeLayer> &layers);
 
-    /// Reads a document of today's form, or one of the comma-separated form of earlier versions (anything
-    /// that does not begin with "{"), which yields one layer without a name.
+    /// Reads a JSON document or, when the bytes do not start with "{", the comma-separated format of earlier
+    /// versions, which gives one unnamed layer.
     ///
-    /// Returns true with at least one layer in @a layers. Otherwise returns false, leaves @a layers empty and
-    /// puts a translated message for the user into @a error. A null @a error is allowed; with null @a layers
-    /// nothing at all is done.
+    /// Returns true and fills @a layers with at least one layer. On failure returns false, clears @a layers
+    /// and sets @a error to a translated message. @a error may be null. If @a layers is null, returns false
+    /// and does nothing else.
     static bool read(const QByteArray &bytes, QList<gaugeLayer> *layers, QString *error);
 };
 

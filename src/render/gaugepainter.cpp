@@ -1,17 +1,16 @@
 #include "render/gaugepainter.h"
 
 #include "model/gaugedata.h"
+#include "render/rasterlimits.h"
 #include "render/sweep.h"
 
 #include <QFontMetricsF>
 #include <QLineF>
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
@@ -21,14 +20,13 @@ constexpr double centre = canvasSize / 2.0;
 constexpr double dotDiameter = 6.0;
 constexpr double labelBoxSide = 100.0;
 
-/// No double has more decimals than this; what a larger precision would add is zeros without end.
-constexpr int mostDecimals = 1074;
+/// No double has more decimals than this. A larger precision only adds zeros.
+constexpr int maxDecimals = 1074;
 
-/// No picture shows what a larger font would change; Qt counts its pixels in an int, and never comes to an
-/// end with a rotated label when that overflows.
-constexpr double largestPointSize = 1e6;
+/// Qt stores font sizes in pixels as an int. When that overflows, it draws rotated text in an endless loop.
+constexpr double maxPointSize = 1e6;
 
-/// A direction from the centre: a mathematical angle in degrees.
+/// A direction from the centre, given in degrees counter-clockwise from 3 o'clock.
 class Direction
 {
 public:
@@ -38,7 +36,7 @@ public:
     {
     }
 
-    /// The point at @a radius canvas units from the centre.
+    /// Returns the point at @a radius canvas units from the centre.
     [[nodiscard]] QPointF pointAt(double radius) const
     {
         return {centre + radius * m_cosine, centre - radius * m_sine};
@@ -51,63 +49,14 @@ private:
     double m_sine;
 };
 
-/// How far out lines and arcs are handed to Qt.
-///
-/// The raster engine walks the outline of a wide line row by row however far outside the picture it runs: a
-/// radius of ten thousands, which only a damaged file holds, would take it seconds for each line. There,
-/// lines and arcs end where nothing of what lies beyond can be seen. Division lines stay on their rays and
-/// arcs keep the edge that the picture shows, so that what is inside the picture is the same. Other engines
-/// get every number as it stands.
-class Reach
-{
-public:
-    explicit Reach(const QPainter &painter)
-        : m_limited(painter.isActive() && painter.paintEngine()->type() == QPaintEngine::Raster)
-    {
-    }
-
-    /// The distance of a line's end from the centre.
-    [[nodiscard]] double radius(double radius) const
-    {
-        return m_limited ? std::clamp(radius, -farthest, farthest) : radius;
-    }
-
-    /// A line's width. The widest cap out at the farthest radius still ends clear of the canvas.
-    [[nodiscard]] double width(double width) const { return m_limited ? std::min(width, widest) : width; }
-
-    struct Band
-    {
-        double radius;
-        double width;
-    };
-    /// The radius of an arc and its width, which go together: the band between its edges is cut off, not
-    /// moved. Too wide an arc has its inner edge beyond the centre.
-    [[nodiscard]] Band arc(double radius, double width) const
-    {
-        const double distance = std::abs(radius);
-        if (!m_limited || !(distance > farthest || width > widest))
-            return {radius, width};
-        const double inner = std::clamp(distance - width / 2.0, -canvasSide, canvasSide);
-        const double outer = std::clamp(distance + width / 2.0, -canvasSide, farthest);
-        return {(inner + outer) / 2.0, outer - inner};
-    }
-
-private:
-    static constexpr double farthest = 10.0 * faceRadius;
-    static constexpr double widest = 16.0 * faceRadius;
-    /// Clear of the canvas, whose corners lie less than this from the centre.
-    static constexpr double canvasSide = canvasSize;
-
-    bool m_limited;
-};
-
-/// Degrees in the sixteenths that QPainter takes: rounded, halves away from zero, and held within an int.
+/// Converts degrees to the sixteenths of a degree that QPainter::drawArc() takes: rounded, halves away from
+/// zero, and limited to the range of int. NaN gives 0.
 int sixteenths(double degrees)
 {
-    constexpr double least = std::numeric_limits<int>::min();
-    constexpr double most = std::numeric_limits<int>::max();
+    constexpr double min = std::numeric_limits<int>::min();
+    constexpr double max = std::numeric_limits<int>::max();
     const double rounded = std::round(degrees * 16.0);
-    return std::isnan(rounded) ? 0 : static_cast<int>(std::clamp(rounded, least, most));
+    return std::isnan(rounded) ? 0 : static_cast<int>(std::clamp(rounded, min, max));
 }
 
 QPen solidPen(const QColor &color, double width, Qt::PenCapStyle cap)
@@ -115,12 +64,12 @@ QPen solidPen(const QColor &color, double width, Qt::PenCapStyle cap)
     return {QBrush(color), width, Qt::SolidLine, cap, Qt::RoundJoin};
 }
 
-/// What every step of a drawing needs to know of where it draws.
+/// Where and how to draw: the arguments that all drawing functions share.
 struct Canvas
 {
     QPainter &painter;
     const PaintStyle &style;
-    Reach reach;
+    RasterLimits limits;
 
     [[nodiscard]] QPen pen(const QColor &color, double width, Qt::PenCapStyle cap) const
     {
@@ -147,7 +96,8 @@ void paintArcs(const Canvas &canvas, const gaugeData &layer)
     for (size_t arc = 0; arc < layer.arcRadius.size(); ++arc) {
         if (layer.arcAngleLength[arc] == 0.0)
             continue;
-        const auto [radius, width] = canvas.reach.arc(faceRadius * layer.arcRadius[arc], layer.arcWidth[arc]);
+        const auto [radius, width] =
+            canvas.limits.arc(faceRadius * layer.arcRadius[arc], layer.arcWidth[arc]);
         canvas.painter.setPen(canvas.pen(layer.arcColor[arc], width, cap));
         canvas.painter.drawArc(QRectF(centre - radius, centre - radius, 2.0 * radius, 2.0 * radius),
                                sixteenths(90.0 - layer.arcStartAngle[arc]),
@@ -155,17 +105,18 @@ void paintArcs(const Canvas &canvas, const gaugeData &layer)
     }
 }
 
-/// One ring of division lines, its pen made once for the whole layer.
+/// Pen and radii of one ring of division lines.
 struct Ring
 {
     Ring(const Canvas &canvas, const gaugeData &layer, size_t index, Qt::PenCapStyle cap)
-        : pen(canvas.pen(layer.divisionColor[index], canvas.reach.width(layer.divisionLineWidth[index]), cap))
-        , outerRadius(canvas.reach.radius(faceRadius * layer.divisionOuterRadius[index]))
-        , innerRadius(canvas.reach.radius(faceRadius * layer.divisionInnerRadius[index]))
+        : pen(canvas.pen(layer.divisionColor[index], canvas.limits.width(layer.divisionLineWidth[index]),
+                         cap))
+        , outerRadius(canvas.limits.radius(faceRadius * layer.divisionOuterRadius[index]))
+        , innerRadius(canvas.limits.radius(faceRadius * layer.divisionInnerRadius[index]))
     {
     }
 
-    /// In the painter's pen, which is to be this ring's: ticks in a row take it once.
+    /// Precondition: the painter's pen is `pen`. Setting it once for many ticks is faster.
     void paintTick(QPainter &painter, double angle) const
     {
         const Direction direction(angle);
@@ -185,17 +136,17 @@ bool nearlyEqual(const QTransform &a, const QTransform &b)
            close(a.m22(), b.m22()) && close(a.dx(), b.dx()) && close(a.dy(), b.dy());
 }
 
-/// The font of a layer's labels, held to a size that can be painted.
+/// Returns the layer's label font with its size limited to maxPointSize.
 QFont labelFont(const gaugeData &layer)
 {
     QFont font = layer.tickCountFont;
     const double size = font.pointSizeF();
-    if (size > largestPointSize || std::isnan(size))
-        font.setPointSizeF(largestPointSize);
+    if (size > maxPointSize || std::isnan(size))
+        font.setPointSizeF(maxPointSize);
     return font;
 }
 
-/// A label in the middle of its box, in the painter's font and the colour of its pen.
+/// Draws @a text centred in @a box with the painter's font and pen colour.
 void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, const PaintStyle &style)
 {
     if (!style.textAsPaths) {
@@ -203,13 +154,13 @@ void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, c
         return;
     }
     QFont font(painter.font(), painter.device());
-    // Fitted to the pixels of the canvas the shapes would be wrong at every other size.
+    // Hinting adjusts the glyphs to whole pixels of the canvas, which is wrong at every other size.
     font.setHintingPreference(QFont::PreferNoHinting);
     const QFontMetricsF metrics(font, painter.device());
-    QPainterPath outlines;
-    outlines.addText(box.center().x() - metrics.horizontalAdvance(text) / 2.0,
-                     box.center().y() + (metrics.ascent() - metrics.descent()) / 2.0, font, text);
-    painter.fillPath(outlines, painter.pen().brush());
+    QPainterPath path;
+    path.addText(box.center().x() - metrics.horizontalAdvance(text) / 2.0,
+                 box.center().y() + (metrics.ascent() - metrics.descent()) / 2.0, font, text);
+    painter.fillPath(path, painter.pen().brush());
 }
 
 void paintLabel(const Canvas &canvas, const gaugeData &layer, const QFont &font, const QPen &pen,
@@ -218,7 +169,7 @@ void paintLabel(const Canvas &canvas, const gaugeData &layer, const QFont &font,
     QPainter &painter = canvas.painter;
     constexpr double half = labelBoxSide / 2.0;
     const QPointF anchor = Direction(angle).pointAt(faceRadius * layer.tickCountRadius);
-    const QString text = QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, mostDecimals));
+    const QString text = QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, maxDecimals));
     painter.setFont(font);
     painter.setPen(pen);
 
@@ -234,13 +185,12 @@ void paintLabel(const Canvas &canvas, const gaugeData &layer, const QFont &font,
     paintLabelText(painter, QRectF(-half, -half, labelBoxSide, labelBoxSide), text, canvas.style);
     painter.rotate(-(90.0 - angle));
     painter.translate(-anchor);
-    // An anchor that is no finite point, or is astronomically far off, cannot be undone by going back; the
-    // ticks and layers that follow must not suffer for it.
+    // The calls above do not undo a translation to a point that is not finite or extremely far away.
     if (!nearlyEqual(upright, painter.worldTransform()))
         painter.setWorldTransform(upright);
 }
 
-/// The secondary and tertiary ticks of the gap that follows the primary tick at @a position.
+/// Draws the secondary and tertiary ticks between the primary tick at @a position and the next one.
 void paintGap(QPainter &painter, const gaugeData &layer, double position, const Ring &secondary,
               const Ring &tertiary)
 {
@@ -273,8 +223,7 @@ void paintDivisions(const Canvas &canvas, const gaugeData &layer)
     const int divisions = layer.divisionCount[0];
     const bool dividesGaps = layer.divisionCount[1] > 1;
     const qint64 ticks = primaryTickCount(layer);
-    // Added up tick by tick, as a user adds: an increment that has no exact double drifts alike in the dial
-    // and in the keyframe table.
+    // Repeated addition, as in keyframes(), so that both show the same rounding errors.
     double labelValue = layer.tickCountStart;
     for (qint64 i = 0; i < ticks; ++i) {
         const auto position = static_cast<double>(i);
@@ -294,7 +243,7 @@ void paintDivisions(const Canvas &canvas, const gaugeData &layer)
 
 void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers, const PaintStyle &style)
 {
-    const Canvas canvas{painter, style, Reach(painter)};
+    const Canvas canvas{painter, style, RasterLimits(painter)};
     constexpr double sizePerUnit = 1.0 / canvasSize;
     painter.setPen(canvas.pen(Qt::white, 0.0, Qt::FlatCap));
     painter.setBrush(QBrush(Qt::white, Qt::NoBrush));

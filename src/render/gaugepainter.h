@@ -6,27 +6,27 @@
 class QPainter;
 struct gaugeData;
 
-/// The side of the square that all geometry lives in, in canvas units; its centre is the gauge's centre.
+/// Side of the square canvas. All coordinates are in canvas units; the gauge centre is the canvas centre.
 inline constexpr int canvasSize = 512;
 
-/// The radius of the face in canvas units: where a stored radius of 1 lies.
+/// Face radius in canvas units. A stored radius of 1 means this distance from the centre.
 inline constexpr double faceRadius = 250.0;
 
-/// How a picture departs from the preview. The defaults are the preview itself.
+/// Options of a drawing. The defaults are those of the preview.
 struct PaintStyle
 {
-    bool textAsPaths = false; ///< Labels are filled shapes, which need no font where they are shown.
-    double hairline = 0.0;    ///< The width of lines without a width, in canvas units; 0 is one device pixel.
+    bool textAsPaths = false; ///< Draw labels as filled paths, so that viewers do not need the font.
+    double hairline = 0.0;    ///< Width in canvas units of lines with width 0; 0 is one device pixel.
 };
 
-/// Draws a stack of layers, bottom layer first, onto a painter whose device is @a size by @a size pixels.
+/// Draws the layers, bottom layer first, on a painter whose device is @a size by @a size pixels.
 ///
-/// First comes the white dot at the centre, then for each layer its four arcs and, tick by tick, the primary
-/// line, its label and the secondary and tertiary lines that follow it. The painter is left scaled by
-/// size / canvasSize, with the last pen, brush and font set.
+/// Draws the white centre dot first. Then draws for each layer its four arcs and, for each primary tick, the
+/// tick, its label and the secondary and tertiary ticks up to the next primary tick. Does not restore the
+/// painter's state: it stays scaled by @a size / canvasSize and keeps the last pen, brush and font.
 ///
-/// Every record is drawn as it stands: numbers that give no position reach the painter as such, and a count
-/// of many millions takes its time.
+/// Accepts all values, including NaN and infinity. The time needed grows with the number of ticks; see
+/// totalTickCount().
 void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers, const PaintStyle &style = {});
 
 #endif

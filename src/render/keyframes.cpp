@@ -5,7 +5,7 @@
 
 namespace {
 
-/// A layer's name as a field of the table, quoted only when it must be.
+/// Returns @a name as a field of the table, quoted if necessary.
 QString csvName(const QString &name)
 {
     const bool plain = !name.contains(QLatin1Char(',')) && !name.contains(QLatin1Char('"')) &&
@@ -31,7 +31,7 @@ QList<QPointF> keyframes(const gaugeData &layer)
     double value = layer.tickCountStart;
     for (qint64 i = 0; i < ticks; ++i) {
         const double angle = tickAngle(layer, divisionFraction(static_cast<double>(i), divisions));
-        // Back from the mathematical angle, so that the table agrees with the painter to the last rounding.
+        // Computed from the painter's angle, so that both have the same rounding errors.
         frames.append({value, -(angle - 90.0)});
         value += layer.tickCountIncrement;
     }

@@ -8,16 +8,16 @@
 struct gaugeData;
 struct gaugeLayer;
 
-/// Where a needle points for each primary tick of a layer: x is the tick's value, y its angle in degrees
-/// clockwise from 12 o'clock. Whether the labels are shown does not matter. Empty without primary divisions.
+/// Returns a point for each primary tick: x is the value of its label, y its angle in degrees clockwise from
+/// 12 o'clock. Also includes ticks whose labels are not shown. Empty if there is no primary division.
 [[nodiscard]] QList<QPointF> keyframes(const gaugeData &layer);
 
-/// The keyframes of all layers as comma-separated text, a header line first. Every line ends in a single
-/// carriage return, without a line feed.
+/// Returns the keyframes of all layers as comma-separated text with a header line. Every line ends with a
+/// single carriage return, without a line feed.
 [[nodiscard]] QString keyframeTable(const QList<gaugeLayer> &layers);
 
-/// A number as the keyframe table writes it: at most ten decimals and no trailing zeros, no exponent, no
-/// grouping.
+/// Formats a number for the keyframe table: up to ten decimals, no trailing zeros, no exponent, no group
+/// separators.
 [[nodiscard]] QString csvNumber(double value);
 
 #endif

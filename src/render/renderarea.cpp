@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What the preview is to a screen reader: a picture.
+/// Screen readers announce the preview as a graphic.
 QAccessibleInterface *accessiblePreview(const QString & /*className*/, QObject *object)
 {
     auto *preview = qobject_cast<RenderArea *>(object);
@@ -23,15 +23,15 @@ QAccessibleInterface *accessiblePreview(const QString & /*className*/, QObject *
 RenderArea::RenderArea(QWidget *parent)
     : QWidget(parent)
 {
-    QAccessible::installFactory(accessiblePreview); // takes the same one once only
-    // What the window places behind the preview shows through between the marks.
+    QAccessible::installFactory(accessiblePreview); // ignored if already installed
+    // Transparent, so that the reference image behind the preview is visible.
     setPalette(QPalette(Qt::transparent));
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAutoFillBackground(false);
     setStyleSheet(QStringLiteral("QWidget{background-color: transparent;}"));
     setAttribute(Qt::WA_NoSystemBackground);
-    // Without effect on a child widget: the transparency comes from the lines above.
+    // Has no effect on a child widget.
     setWindowOpacity(0.0);
 }
 
@@ -166,7 +166,7 @@ void RenderArea::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    // Always at scale 1, whatever size the widget has.
+    // Scale 1 at every widget size.
     paint(painter, canvasSize);
 }
 

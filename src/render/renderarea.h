@@ -8,11 +8,11 @@
 #include <QPointF>
 #include <QWidget>
 
-/// The preview. Owns the gauge being edited: the stack of layers that it draws, and a working copy of one
-/// layer that the setters write into. Which layer is active only the window knows; it passes the row.
+/// The preview widget. Owns the layers of the gauge, which it draws, and a working copy of one layer, which
+/// the setters change. It does not know which layer is active: the caller passes the row.
 ///
-/// Angles are degrees clockwise from 12 o'clock, radii fractions of the face radius, widths canvas units. No
-/// setter validates anything.
+/// Angles are in degrees clockwise from 12 o'clock, radii are fractions of the face radius, and widths are in
+/// canvas units. The setters do not validate their arguments.
 class RenderArea : public QWidget
 {
     Q_OBJECT
@@ -23,18 +23,18 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-    /// Draws the stack onto a painter whose device is @a size by @a size; see paintGauge().
+    /// Draws the layers on a painter whose device is @a size by @a size pixels; see paintGauge().
     void paint(QPainter &painter, int size);
 
-    /// The biased fraction of the sweep for a linear one; see biasedFraction().
+    /// See biasedFraction().
     [[nodiscard]] static double applyBias(double t, double bias, bool midpoint);
 
-    /// The value and the angle of each primary tick of @a layer; see keyframes().
+    /// See keyframes().
     [[nodiscard]] QList<QPointF> layerKeyframes(const gaugeData &layer) const;
 
-    /// The stack, bottom layer first, in the order of the window's layer list.
+    /// The layers, bottom layer first, in the order of the window's layer list.
     QList<gaugeData> layers;
-    /// The layer being edited. It is seen only once saveLayerData() has put it into the stack.
+    /// The layer being edited. Not drawn until saveLayerData() copies it into `layers`.
     gaugeData workingLayer;
 
 public Q_SLOTS:
@@ -58,12 +58,12 @@ public Q_SLOTS:
                        bool inRotate, bool inSkipFirst,
                        QFont inFont = QFont(QStringLiteral("Sans Serif"), 10), QColor inColor = Qt::white);
     void manualRedraw();
-    /// Copies a layer of the stack into the working copy and repaints. An index outside the stack is ignored.
+    /// Copies a layer to the working copy and repaints. Does nothing if there is no such layer.
     void loadLayer(int inIndex);
-    /// Copies the working copy over a layer of the stack. An index outside the stack is ignored.
+    /// Copies the working copy to a layer. Does nothing if there is no such layer.
     void saveLayerData(int inIndex);
     void setBackground(QPalette::ColorRole inRole);
-    /// A layer with all defaults.
+    /// Returns a default layer.
     gaugeData defaultGauge();
 
 protected:

@@ -30,7 +30,7 @@ double quadraticBezier(double t, double control)
 double biasedFraction(double t, double bias, bool midpoint)
 {
     const double fraction = midpoint ? quadraticBezier(t, 2.0 * bias - 0.5) : exponential(t, bias);
-    // Not std::clamp: what is not a number passes through.
+    // Not std::clamp, so that NaN is returned unchanged.
     if (fraction < 0.0)
         return 0.0;
     if (fraction > 1.0)
@@ -51,13 +51,13 @@ quint64 totalTickCount(const gaugeData &layer)
     if (layer.divisionCount[1] <= 1 || layer.divisionCount[0] <= 0)
         return primaries;
 
-    // Every gap between two primary ticks is alike; the closing tick of a partial sweep opens none.
+    // There is no gap after the last tick of a sweep that is not a full circle.
     const auto gaps = static_cast<quint64>(layer.divisionCount[0]);
     const auto secondaries = static_cast<quint64>(layer.divisionCount[1]);
     const auto tertiaries = static_cast<quint64>(std::max(1, layer.divisionCount[2]));
-    const quint64 marksPerGap = secondaries * tertiaries - 1;
-    constexpr quint64 most = std::numeric_limits<quint64>::max();
-    return marksPerGap > (most - primaries) / gaps ? most : primaries + gaps * marksPerGap;
+    const quint64 ticksPerGap = secondaries * tertiaries - 1;
+    constexpr quint64 max = std::numeric_limits<quint64>::max();
+    return ticksPerGap > (max - primaries) / gaps ? max : primaries + gaps * ticksPerGap;
 }
 
 double divisionFraction(double position, int divisions)
