@@ -1,5 +1,5 @@
-#ifndef GAUGEFIELDS_H
-#define GAUGEFIELDS_H
+#ifndef RECORDS_H
+#define RECORDS_H
 
 #include "model/gaugedata.h"
 
@@ -12,8 +12,7 @@
 
 #include <functional>
 
-/// One value of a layer's record. Every element of an array and every written attribute of the label font is
-/// a field of its own.
+/// One value of a layer. Each array element and each font attribute that is written to files is one field.
 struct GaugeField
 {
     enum Kind { Number, Integer, Flag, Color, Text };
@@ -21,42 +20,44 @@ struct GaugeField
     static constexpr qsizetype lastPosition = -1;
     static constexpr qsizetype insideFont = -2;
 
-    QByteArray name;    ///< As in the record, with the element's index: "divisionCount[2]".
-    QString path;       ///< In the layer's JSON object: "divisions/2/count".
-    QString control;    ///< The object name of the control that shows it.
-    qsizetype position; ///< The index in the comma-separated form, or one of the constants above.
+    QByteArray name;    ///< The name of the member, with its index: "divisionCount[2]".
+    QString path;       ///< The path in the layer's JSON object: "divisions/2/count".
+    QString control;    ///< The object name of its control.
+    qsizetype position; ///< The index in the comma-separated format, or one of the constants above.
     Kind kind;
     QVariant initial; ///< The default.
-    QJsonValue initialJson;
-    QString initialText; ///< As a field of the comma-separated form; null for the font's attributes.
-    QVariant other;      ///< Differs from the default; the control can show it.
-    QJsonValue otherJson;
-    QString otherText;
+    QVariant other;   ///< A value that is not the default and that the control accepts.
     std::function<QVariant(const gaugeData &)> get;
     std::function<void(gaugeData &, const QVariant &)> set;
 };
 
-/// Every field of a record, in the order of the record.
+/// All fields in the order of the record.
 const QList<GaugeField> &gaugeFields();
 
-/// The field named @a name, which must be one.
+/// The field with this name, which must exist.
 const GaugeField &gaugeField(const QByteArray &name);
 
-/// A record that differs from the default in every field, and from one of another @a number in some. The
-/// editor's controls can show it as it is.
+/// A layer in which each field has its `other` value. Layers with different numbers differ in some fields.
 [[nodiscard]] gaugeData sampleLayer(int number = 0);
 
-/// The names of the fields in which two records differ. Doubles are compared bit by bit.
+/// The names of the fields in which two layers differ. NaN equals NaN, 0.0 differs from -0.0. Contains
+/// "tickCountFont" if the fonts differ only in attributes that are no fields.
 [[nodiscard]] QStringList differingFields(const gaugeData &one, const gaugeData &other);
 
-/// Name and value of every field, for comparing whole records. Colours are compared with their alpha.
+/// The values of all fields by name.
 QMap<QByteArray, QVariant> valuesOf(const gaugeData &data);
 
-/// The value at @a path ("ticks/font/family"; numbers are array indexes). Undefined when there is none.
+/// A field's value as it is written to JSON.
+[[nodiscard]] QJsonValue asJson(const QVariant &value);
+
+/// A field's value as it is written to the comma-separated format.
+[[nodiscard]] QString asText(const QVariant &value);
+
+/// The value at @a path, such as "divisions/2/count". Undefined if there is none.
 QJsonValue valueAt(const QJsonValue &json, const QString &path);
 
-/// @a json with @a value at @a path. Missing objects and arrays on the path are created, and arrays are
-/// filled with empty objects. An undefined value removes the key or the element.
+/// A copy of @a json with @a value at @a path. Creates missing objects and arrays. Undefined removes the
+/// value.
 QJsonObject withValueAt(const QJsonObject &json, const QString &path, const QJsonValue &value);
 
 #endif
