@@ -9,7 +9,8 @@
 
 // Each function ends the program with a message when a file cannot be read or written.
 
-/// Draws docs/gallery/, the samples and the presets on a dark face, and docs/strip.png, a few samples in a row.
+/// Draws docs/gallery/, the samples and the presets on a dark face, and docs/strip.png, a few samples in a
+/// row.
 void drawGallery(const QDir &docs);
 
 /// Draws docs/editor.png and docs/guide/, and writes the gauge that the guide builds.
