@@ -1,8 +1,7 @@
-# Where things lie once they are installed. All of it is below one folder, the prefix, and found from there, so that
-# the whole can be moved.
+# Installation. All paths in installed files are relative, so that the installation can be moved.
 #
-# The form names the icon as ../corvalence.ico, relative to the folder that the program is started in, and presets
-# lie in "Presets" beside the program: so the program has a folder of its own with one above it.
+# The form names the icon as ../corvalence.ico, relative to the working directory, and presets are in "Presets" beside
+# the program. The program is therefore installed into a folder of its own, with the icon in the folder above.
 if(WIN32)
     set(corvalence_home ".")
     set(corvalence_program_dir "${CMAKE_INSTALL_BINDIR}")
@@ -10,18 +9,18 @@ else()
     set(corvalence_home "${CMAKE_INSTALL_LIBDIR}/corvalence")
     set(corvalence_program_dir "${corvalence_home}/bin")
 endif()
-# Not CMAKE_INSTALL_DOCDIR: as a part of another project that is the other's.
+# Not CMAKE_INSTALL_DOCDIR: in a build as a subdirectory, that is the parent project's directory.
 set(corvalence_doc_dir "${CMAKE_INSTALL_DATAROOTDIR}/doc/corvalence")
 
 install(TARGETS corvalence RUNTIME DESTINATION "${corvalence_program_dir}" COMPONENT corvalence_editor)
 install(TARGETS corvalence-export RUNTIME DESTINATION "${corvalence_program_dir}" COMPONENT corvalence_exporter)
-# Qt may lie outside the system's own folders.
+# Qt may be outside the system's library folders.
 set_target_properties(corvalence corvalence-export PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
 install(FILES packaging/small.qss DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_editor)
 install(FILES corvalence.ico DESTINATION "${corvalence_home}" COMPONENT corvalence_editor)
 
 if(NOT WIN32)
-    # How both are called by name.
+    # Both programs can be called by name: the editor through a script, the exporter through a link.
     set(links "${PROJECT_BINARY_DIR}/install")
     file(RELATIVE_PATH corvalence_program_from_bin "${CMAKE_INSTALL_FULL_BINDIR}"
         "${CMAKE_INSTALL_PREFIX}/${corvalence_program_dir}")
@@ -33,7 +32,7 @@ endif()
 
 if(WIN32)
     find_program(CORVALENCE_WINDEPLOYQT windeployqt HINTS "${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS}"
-        DOC "Puts the libraries of Qt beside programs")
+        DOC "Copies the libraries of Qt to programs")
     if(CORVALENCE_WINDEPLOYQT)
         set(programs "\${CMAKE_INSTALL_PREFIX}/${corvalence_program_dir}")
         install(CODE "
@@ -56,7 +55,7 @@ install(DIRECTORY samples DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMP
     FILES_MATCHING PATTERN "*.gauge")
 
 if(CORVALENCE_PORTABLE)
-    # The older kind of run path, which also counts for what the libraries need.
+    # DT_RPATH instead of DT_RUNPATH: it also applies to the dependencies of the libraries.
     set_target_properties(corvalence corvalence-export PROPERTIES
         INSTALL_RPATH "$ORIGIN/../lib"
         LINK_OPTIONS "LINKER:--disable-new-dtags")

@@ -1,38 +1,48 @@
-# Sourced by the scripts that run checks: counts them, and shows the output of those that fail.
-# Each test function and each other check is one.
+# Sourced by scripts/test and scripts/test-at-length: runs checks, counts them and prints how long each took.
+# shellcheck shell=bash
 
 logs=build-ci/logs
 mkdir -p "$logs"
 passed=0
 failed=0
 
-# check NAME COMMAND...: one check, shown by name; its output only when it fails.
+# check NAME COMMAND...: counts one check. Prints the command's output only when it fails.
 check() {
-    local name=$1
+    local name=$1 log=$logs/$1.log start=$SECONDS result=passed seconds
     shift
-    echo "test: $name"
-    if "$@" >"$logs/$name.log" 2>&1; then
+    if "$@" >"$log" 2>&1; then
         passed=$((passed + 1))
     else
         failed=$((failed + 1))
-        echo "test: $name FAILED; from $logs/$name.log:"
-        # What failed, wherever it stands, then how it ended.
-        grep -a -A 6 -E 'FAIL!|error:|ERROR:|runtime error' "$logs/$name.log" | head -n 60 || true
-        tail -n 30 "$logs/$name.log"
+        result=FAILED
+    fi
+    seconds=$((SECONDS - start))
+    printf '%s: %s after %d:%02d\n' "$name" "$result" $((seconds / 60)) $((seconds % 60))
+    if [ $result = FAILED ]; then
+        echo "$name: from $log:"
+        grep -a -A 6 -E 'FAIL!|error:|ERROR:|runtime error' "$log" | head -n 60 || true
+        tail -n 30 "$log"
     fi
 }
 
-# tests NAME COMMAND...: a check that runs QtTest programs verbosely; counts their test functions.
+# tests NAME COMMAND...: a check that runs QtTest programs. Counts their test functions as well and prints the reasons
+# of those that were skipped.
 tests() {
     check "$@"
-    local counts
+    local log=$logs/$1.log counts
     counts=$(awk '{ for (i = 2; i < NF; ++i) if ($i == "passed," && $(i + 2) ~ /^failed/) { p += $(i - 1); f += $(i + 1) } }
-                  END { print p + 0, f + 0 }' "$logs/$1.log")
+                  END { print p + 0, f + 0 }' "$log")
     passed=$((passed + ${counts% *}))
     failed=$((failed + ${counts#* }))
+    sed -n "s/.*SKIP *: /$1: skipped: /p" "$log"
 }
 
-# counts: the one line that a script ends with; fails when a check did.
+# build PRESET [OPTION...]: configures and builds.
+build() {
+    cmake --preset "$@" && cmake --build --preset "$1"
+}
+
+# counts: prints the last line of a script. Fails when a check failed.
 counts() {
     echo "$passed passed, $failed failed"
     [ "$failed" -eq 0 ]
