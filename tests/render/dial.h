@@ -9,43 +9,35 @@
 #include <QPointF>
 #include <QStringList>
 
-#include <functional>
+/// Draws the layers with plain QPainter calls, as the format describes it and without any limits. The
+/// painter under test must make the same calls.
+void drawReference(QPainter &painter, int size, const QList<gaugeData> &layers);
 
-class QPainter;
+/// The calls that drawReference() makes.
+[[nodiscard]] QList<RecordedCall> referenceCalls(const QList<gaugeData> &layers, int size = 512);
 
-/// What reaches a paint device when a gauge is painted on it at @a size.
+/// The calls that paintGauge() makes.
 [[nodiscard]] QList<RecordedCall> paintedCalls(const QList<gaugeData> &layers, int size = 512);
 
-/// What reaches a paint device when @a draw paints on it, antialiased and at the scale that a gauge of
-/// @a size has, with the empty brush that ticks and arcs are drawn with.
-[[nodiscard]] QList<RecordedCall> bareCalls(const std::function<void(QPainter &)> &draw, int size = 512);
+/// The calls of one kind that paintGauge() makes for one layer.
+[[nodiscard]] QList<RecordedCall> paintedCalls(RecordedCall::Kind kind, const gaugeData &layer);
 
-/// The calls of one kind.
-[[nodiscard]] QList<RecordedCall> ofKind(RecordedCall::Kind kind, const QList<RecordedCall> &calls);
-/// The lines of a gauge, in order.
-[[nodiscard]] QList<RecordedCall> paintedLines(const gaugeData &layer);
-/// The texts of a gauge, in order.
+/// The texts that paintGauge() draws.
 [[nodiscard]] QStringList paintedTexts(const gaugeData &layer);
 
-/// A layer that draws nothing but primary ticks: red, with a secondary ring in green and a tertiary in blue
-/// that are waiting for their counts.
-[[nodiscard]] gaugeData ticksOnly();
+[[nodiscard]] QStringList descriptions(const QList<RecordedCall> &calls);
 
-/// Three divisions, each with a secondary and two tertiary ticks, four arcs, labels: thin and plain, or
-/// @a heavy, with wide lines, round caps and turned labels.
-[[nodiscard]] gaugeData busyLayer(bool heavy);
-
-/// The stack painted on a transparent picture.
+/// An image of the layers on a transparent background.
 [[nodiscard]] QImage picture(const QList<gaugeData> &layers, int size = 512);
 
-/// The point at a distance of the centre along a mathematical angle in degrees.
+/// A layer that draws only ticks: ring 1 in red, ring 2 in green, ring 3 in blue.
+[[nodiscard]] gaugeData ticksOnly();
+
+/// A layer with ticks of all rings, four arcs and labels: with @a wide, wide lines, round caps and rotated
+/// labels.
+[[nodiscard]] gaugeData busyLayer(bool wide);
+
+/// The point at a distance from the centre, at an angle in degrees counter-clockwise from 3 o'clock.
 [[nodiscard]] QPointF dialPoint(double distance, double angle);
-
-/// A solid pen as the dial's lines have it.
-[[nodiscard]] QPen dialPen(const QColor &color, double width, Qt::PenCapStyle cap);
-
-/// The ends of a line to the last bit.
-[[nodiscard]] QString lineText(const QPointF &from, const QPointF &to);
-[[nodiscard]] QString lineText(const QLineF &line);
 
 #endif

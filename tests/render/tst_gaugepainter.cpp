@@ -1,5 +1,6 @@
 #include "dial.h"
 #include "render/gaugepainter.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -9,50 +10,9 @@
 
 #include <limits>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-using Kind = RecordedCall::Kind;
-
-/// A layer with an arc, two primary ticks with labels, a secondary tick and two tertiary ones.
-gaugeData layerWithEverything()
-{
-    gaugeData layer;
-    layer.angleLength = 90.0;
-    layer.divisionCount = {1, 2, 2};
-    layer.divisionColor = {Qt::red, Qt::green, Qt::blue};
-    layer.arcAngleLength = {90.0, 0.0, 30.0, 0.0};
-    return layer;
-}
-
-/// What each call draws, in a word; lines by the colour of their pen.
-QStringList outline(const QList<RecordedCall> &calls)
-{
-    QStringList words;
-    for (const RecordedCall &call : calls) {
-        switch (call.kind) {
-        case Kind::Ellipse:
-            words.append(QStringLiteral("dot"));
-            break;
-        case Kind::Path:
-            words.append(QStringLiteral("arc ") + call.pen.color().name());
-            break;
-        case Kind::Line:
-            words.append(QStringLiteral("line ") + call.pen.color().name());
-            break;
-        case Kind::Text:
-            words.append(QStringLiteral("text ") + call.text);
-            break;
-        case Kind::Other:
-            words.append(QStringLiteral("other"));
-            break;
-        }
-    }
-    return words;
-}
-
-} // namespace
-
-/// The order of a drawing, its set-up, and what it leaves behind.
+/// All drawing calls, compared with a reference, and the painter's state.
 class tst_GaugePainter : public QObject
 {
     Q_OBJECT
@@ -60,200 +20,128 @@ class tst_GaugePainter : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void emptyStackDrawsOnlyTheCentreDot();
-    void centreDotIsSolidWhite();
-    void everythingIsAntialiased();
-    void drawsInOrder();
-    void laterLayersComeOverEarlierOnes();
-    void scalesTheCanvas_data();
-    void scalesTheCanvas();
-    void geometryIsTheSameAtEverySize();
-    void scalesOnTopOfTheCallersTransform();
-    void leavesThePainterScaled();
-    void leavesTheLastPenFontAndBrush();
-    void leavesTheSetUpWhenThereAreNoLayers();
-    void doesNotRestoreAnything();
-    void doesNotEndThePainter();
-    void doesNotBeginThePainter();
-    void leavesTheRecordAlone();
+    void makesTheCallsOfTheReference_data();
+    void makesTheCallsOfTheReference();
+    void centreDot();
+    void scale();
+    void addsToTheTransform();
+    void keepsTheLastPenFontAndBrush();
+    void setsPenAndBrushWithoutLayers();
+    void inactivePainter();
 };
 
-void tst_GaugePainter::emptyStackDrawsOnlyTheCentreDot()
+void tst_GaugePainter::makesTheCallsOfTheReference_data()
 {
-    QCOMPARE(outline(paintedCalls({})), QStringList{QStringLiteral("dot")});
+    QTest::addColumn<QList<gaugeData>>("layers");
+    QTest::newRow("no layer") << QList<gaugeData>();
+    QTest::newRow("samples") << QList<gaugeData>{gaugeData(), sampleLayer()};
+    const auto row = [](const char *name, double start, double length, double bias, bool midpoint) {
+        QList<gaugeData> layers{busyLayer(false), busyLayer(true)};
+        for (gaugeData &layer : layers) {
+            layer.startAngle = start;
+            layer.angleLength = length;
+            layer.bias = bias;
+            layer.midpointBias = midpoint;
+        }
+        QTest::newRow(name) << layers;
+    };
+    row("even", 12.3, 77.7, 0.5, false);
+    row("dense start", -120.5, 241.0, 0.2, false);
+    row("dense end", -120.5, 241.0, 0.8, false);
+    row("midpoint", 200.0, 300.0, 0.9, true);
+    row("counter-clockwise", 100.1, -250.3, 0.35, false);
+    row("full circle", 33.0, 360.0, 0.6, true);
+    row("many turns", 1e5, -4000.7, 0.5, false);
+
+    gaugeData odd = busyLayer(true);
+    odd.divisionCount = {100, 3, 4};
+    odd.divisionOuterRadius = {1.0, 0.97, 40.0};
+    odd.divisionInnerRadius = {-0.8, 0.87, 0.91};
+    odd.divisionColor = {QColor(1, 2, 3, 4), QColor(50, 60, 70), QColor()};
+    odd.arcStartAngle = {-30.03, 0.04, 400.0, 90.03125};
+    odd.arcAngleLength = {-0.0, 0.15625, -700.0, -0.03125};
+    odd.arcRadius = {1.0, 0.25, 0.0, -1.0};
+    odd.roundedArcCaps = false;
+    odd.tickCountIncrement = 0.1;
+    odd.tickCountDecimalPlaces = 16;
+    odd.tickCountRadius = -0.333;
+    odd.tickCountFont = QFont(u"Serif"_s, 30, QFont::Bold, true);
+    QTest::newRow("odd values") << QList<gaugeData>{odd};
 }
 
-void tst_GaugePainter::centreDotIsSolidWhite()
+void tst_GaugePainter::makesTheCallsOfTheReference()
 {
-    const QList<RecordedCall> calls = paintedCalls({});
-    QCOMPARE(calls.size(), 1);
-    const RecordedCall &dot = calls.first();
-    QVERIFY(dot.rectangle.left() == 253.0);
-    QVERIFY(dot.rectangle.top() == 253.0);
-    QVERIFY(dot.rectangle.width() == 6.0);
-    QVERIFY(dot.rectangle.height() == 6.0);
-    QCOMPARE(dot.brush, QBrush(Qt::white, Qt::SolidPattern));
-    QCOMPARE(penDescription(dot.pen), penDescription(dialPen(Qt::white, 0.0, Qt::FlatCap)));
+    QFETCH(const QList<gaugeData>, layers);
+    for (const int size : {512, 1024})
+        QCOMPARE(descriptions(paintedCalls(layers, size)), descriptions(referenceCalls(layers, size)));
+}
+
+void tst_GaugePainter::centreDot()
+{
+    const RecordedCall dot = paintedCalls({}).first();
+    QCOMPARE(dot.rectangle, QRectF(253.0, 253.0, 6.0, 6.0));
+    QCOMPARE(dot.brush, QBrush(Qt::white));
+    QCOMPARE(dot.pen.color(), QColor(Qt::white));
     QVERIFY(dot.pen.isCosmetic());
+    QVERIFY(dot.antialiased);
 }
 
-void tst_GaugePainter::everythingIsAntialiased()
+void tst_GaugePainter::scale()
 {
-    const QList<RecordedCall> calls = paintedCalls({layerWithEverything()});
-    QVERIFY(!calls.isEmpty());
-    for (const RecordedCall &call : calls)
-        QVERIFY2(call.antialiased, qPrintable(call.description()));
-}
-
-void tst_GaugePainter::drawsInOrder()
-{
-    const QStringList expected{
-        QStringLiteral("dot"),          QStringLiteral("arc #00ff00"),  QStringLiteral("arc #ff0000"),
-        QStringLiteral("line #ff0000"), QStringLiteral("text 0"),       QStringLiteral("line #0000ff"),
-        QStringLiteral("line #00ff00"), QStringLiteral("line #0000ff"), QStringLiteral("line #ff0000"),
-        QStringLiteral("text 1"),
-    };
-    QCOMPARE(outline(paintedCalls({layerWithEverything()})), expected);
-}
-
-void tst_GaugePainter::laterLayersComeOverEarlierOnes()
-{
-    gaugeData bottom = ticksOnly();
-    bottom.divisionCount[0] = 1;
-    gaugeData top = bottom;
-    top.divisionColor[0] = Qt::cyan;
-    top.arcAngleLength[3] = 10.0;
-    const QStringList expected{
-        QStringLiteral("dot"),         QStringLiteral("line #ff0000"), QStringLiteral("line #ff0000"),
-        QStringLiteral("arc #ffffff"), QStringLiteral("line #00ffff"), QStringLiteral("line #00ffff"),
-    };
-    QCOMPARE(outline(paintedCalls({bottom, top})), expected);
-}
-
-void tst_GaugePainter::scalesTheCanvas_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::addColumn<double>("scale");
-    QTest::newRow("smallest export") << 64 << 0.125;
-    QTest::newRow("preview") << 512 << 1.0;
-    QTest::newRow("between") << 544 << 1.0625;
-    QTest::newRow("double") << 1024 << 2.0;
-    QTest::newRow("largest export") << 4096 << 8.0;
-    QTest::newRow("nothing") << 0 << 0.0;
-    QTest::newRow("negative") << -512 << -1.0;
-    QTest::newRow("most int") << std::numeric_limits<int>::max() << 2147483647.0 / 512.0;
-}
-
-void tst_GaugePainter::scalesTheCanvas()
-{
-    QFETCH(const int, size);
-    QFETCH(const double, scale);
-    RecordingDevice device;
-    QPainter painter(&device);
-    paintGauge(painter, size, {layerWithEverything()});
-    painter.end();
-    for (const RecordedCall &call : device.calls()) {
-        QVERIFY(call.transform.m11() == scale);
-        QVERIFY(call.transform.m22() == scale);
-        QVERIFY(call.transform.m12() == 0.0);
-        QVERIFY(call.transform.m21() == 0.0);
-        QVERIFY(call.transform.dx() == 0.0);
-        QVERIFY(call.transform.dy() == 0.0);
+    for (const int size : {64, 512, 4096, 0, -512, std::numeric_limits<int>::max()}) {
+        RecordingDevice device;
+        QPainter painter(&device);
+        paintGauge(painter, size, {busyLayer(false)});
+        const QTransform expected = QTransform::fromScale(size / 512.0, size / 512.0);
+        QCOMPARE(painter.worldTransform(), expected);
+        for (const RecordedCall &call : device.calls())
+            QCOMPARE(call.transform, expected);
     }
 }
 
-void tst_GaugePainter::geometryIsTheSameAtEverySize()
-{
-    gaugeData layer = layerWithEverything();
-    layer.divisionLineWidth = {3.0, 2.0, 0.0};
-    layer.arcWidth = {12.0, 0.0, 7.5, 0.0};
-    const auto withoutScale = [](QList<RecordedCall> calls) {
-        for (RecordedCall &call : calls)
-            call.transform.reset();
-        return descriptions(calls);
-    };
-    // Only the transform grows: every coordinate, pen width and label doubles with it.
-    QCOMPARE(withoutScale(paintedCalls({layer}, 1024)), withoutScale(paintedCalls({layer}, 512)));
-}
-
-void tst_GaugePainter::scalesOnTopOfTheCallersTransform()
+void tst_GaugePainter::addsToTheTransform()
 {
     RecordingDevice device;
     QPainter painter(&device);
     painter.translate(10.0, 20.0);
     paintGauge(painter, 1024, {});
-    painter.end();
-    QCOMPARE(device.calls().first().transform, QTransform(2.0, 0.0, 0.0, 2.0, 10.0, 20.0));
+    QCOMPARE(painter.worldTransform(), QTransform(2.0, 0.0, 0.0, 2.0, 10.0, 20.0));
+    QVERIFY(painter.isActive());
 }
 
-void tst_GaugePainter::leavesThePainterScaled()
+void tst_GaugePainter::keepsTheLastPenFontAndBrush()
 {
-    RecordingDevice device;
-    QPainter painter(&device);
-    paintGauge(painter, 1024, {layerWithEverything()});
-    QCOMPARE(painter.worldTransform(), QTransform::fromScale(2.0, 2.0));
-    QVERIFY(painter.testRenderHint(QPainter::Antialiasing));
-}
-
-void tst_GaugePainter::leavesTheLastPenFontAndBrush()
-{
-    gaugeData layer = layerWithEverything();
+    gaugeData layer;
     layer.roundedTickCaps = true;
     layer.tickCountColor = Qt::magenta;
-    layer.tickCountFont = QFont(QStringLiteral("Serif"), 21, QFont::Bold);
+    layer.tickCountFont = QFont(u"Serif"_s, 21, QFont::Bold);
     RecordingDevice device;
     QPainter painter(&device);
     paintGauge(painter, 512, {layer});
-    QCOMPARE(penDescription(painter.pen()), penDescription(dialPen(Qt::magenta, 0.0, Qt::RoundCap)));
+    QCOMPARE(painter.pen(), QPen(Qt::magenta, 0.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     QCOMPARE(painter.font(), layer.tickCountFont);
     QCOMPARE(painter.brush(), QBrush(Qt::white, Qt::NoBrush));
+    QVERIFY(painter.testRenderHint(QPainter::Antialiasing));
 }
 
-void tst_GaugePainter::leavesTheSetUpWhenThereAreNoLayers()
+void tst_GaugePainter::setsPenAndBrushWithoutLayers()
 {
     RecordingDevice device;
     QPainter painter(&device);
     painter.setPen(QPen(Qt::red, 4.0, Qt::DashLine));
     painter.setBrush(Qt::red);
     paintGauge(painter, 512, {});
-    QCOMPARE(penDescription(painter.pen()), penDescription(dialPen(Qt::white, 0.0, Qt::FlatCap)));
+    QCOMPARE(painter.pen(), QPen(Qt::white, 0.0, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
     QCOMPARE(painter.brush(), QBrush(Qt::white, Qt::NoBrush));
 }
 
-void tst_GaugePainter::doesNotRestoreAnything()
+void tst_GaugePainter::inactivePainter()
 {
-    RecordingDevice device;
-    QPainter painter(&device);
-    paintGauge(painter, 1024, {});
-    paintGauge(painter, 1024, {});
-    painter.end();
-    // The second drawing starts from what the first one left.
-    QCOMPARE(device.calls().last().transform, QTransform::fromScale(4.0, 4.0));
-}
-
-void tst_GaugePainter::doesNotEndThePainter()
-{
-    RecordingDevice device;
-    QPainter painter(&device);
-    paintGauge(painter, 512, {layerWithEverything()});
-    QVERIFY(painter.isActive());
-}
-
-void tst_GaugePainter::doesNotBeginThePainter()
-{
-    // As one whose device could not be painted on. Qt warns of every call.
-    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    QLoggingCategory::setFilterRules(u"default.warning=false"_s); // Qt warns about each call
     QPainter painter;
-    paintGauge(painter, 512, {layerWithEverything()});
+    paintGauge(painter, 512, {busyLayer(true)});
     QLoggingCategory::setFilterRules(QString());
     QVERIFY(!painter.isActive());
-}
-
-void tst_GaugePainter::leavesTheRecordAlone()
-{
-    const QList<gaugeData> layers{layerWithEverything()};
-    QVERIFY(!paintedCalls(layers).isEmpty());
-    QCOMPARE(layers.first().toJson(), layerWithEverything().toJson());
 }
 
 ADD_TEST_CLASS(tst_GaugePainter)

@@ -9,42 +9,9 @@
 #include <cmath>
 #include <limits>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-const QString header = QStringLiteral("Layer,Tick,Angle\r");
-
-gaugeData quarterTurn()
-{
-    gaugeData layer;
-    layer.angleLength = 90.0;
-    layer.divisionCount[0] = 2;
-    layer.tickCountIncrement = 50.0;
-    return layer;
-}
-
-QList<double> angles(const gaugeData &layer)
-{
-    QList<double> found;
-    const QList<QPointF> frames = keyframes(layer);
-    for (const QPointF &frame : frames)
-        found.append(frame.y());
-    return found;
-}
-
-QList<double> values(const gaugeData &layer)
-{
-    QList<double> found;
-    const QList<QPointF> frames = keyframes(layer);
-    for (const QPointF &frame : frames)
-        found.append(frame.x());
-    return found;
-}
-
-} // namespace
-
-/// Where a needle points for each reading, and the table that is made of it.
+/// The keyframes of a layer and the table that is saved as CSV.
 class tst_Keyframes : public QObject
 {
     Q_OBJECT
@@ -52,289 +19,127 @@ class tst_Keyframes : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void pairsTickValuesWithAngles();
-    void angleZeroIsNegativeZero();
-    void goesThroughThePaintersAngle_data();
-    void goesThroughThePaintersAngle();
-    void countsTicksAsThePainterDoes_data();
-    void countsTicksAsThePainterDoes();
-    void addsUpFromTickToTick();
-    void ignoresWhetherLabelsAreShown();
-    void ignoresSubTicks();
-    void lengthThatIsNoNumberGivesAnglesThatAreNone();
-
-    void writesNumbers_data();
-    void writesNumbers();
-
-    void tableOfNothingIsItsHeader();
-    void tableOfAQuarterTurn();
-    void tableOfAFullCircle();
-    void layerWithoutDivisionsHasNoLines();
-    void layersFollowOneAnother();
-    void linesEndInCarriageReturnsOnly();
-    void quotesNames_data();
-    void quotesNames();
-    void writesOddNumbersUnquoted();
+    void valuesAndAngles();
+    void anglesAndValuesHaveThePaintersRounding();
+    void frameCounts();
+    void numberFormat();
+    void table();
+    void namesAreQuotedIfNecessary();
 };
 
-void tst_Keyframes::pairsTickValuesWithAngles()
-{
-    const QList<QPointF> frames = keyframes(quarterTurn());
-    QCOMPARE(frames.size(), 3);
-    QVERIFY(frames.at(0).x() == 0.0);
-    QVERIFY(frames.at(0).y() == 0.0);
-    QVERIFY(frames.at(1).x() == 50.0);
-    QVERIFY(frames.at(1).y() == 45.0);
-    QVERIFY(frames.at(2).x() == 100.0);
-    QVERIFY(frames.at(2).y() == 90.0);
-}
+namespace {
 
-void tst_Keyframes::angleZeroIsNegativeZero()
-{
-    const double angle = keyframes(quarterTurn()).first().y();
-    QVERIFY(angle == 0.0);
-    QVERIFY(std::signbit(angle));
-}
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-void tst_Keyframes::goesThroughThePaintersAngle_data()
-{
-    QTest::addColumn<double>("start");
-    QTest::addColumn<double>("length");
-    QTest::addColumn<double>("bias");
-    QTest::addColumn<bool>("midpoint");
-    QTest::newRow("thirds") << 0.1 << 77.7 << 0.5 << false;
-    QTest::newRow("crowded start") << -135.3 << 270.6 << 0.2 << false;
-    QTest::newRow("crowded end") << 12.34 << 200.0 << 0.9 << false;
-    QTest::newRow("midpoint") << 5.0 << 123.4 << 0.3 << true;
-    QTest::newRow("counter-clockwise") << 0.7 << -99.9 << 0.6 << true;
-    QTest::newRow("roundings that show") << 1e-15 << 1.0 << 0.5 << false;
-}
-
-void tst_Keyframes::goesThroughThePaintersAngle()
-{
-    QFETCH(const double, start);
-    QFETCH(const double, length);
-    QFETCH(const double, bias);
-    QFETCH(const bool, midpoint);
-    gaugeData layer;
-    layer.startAngle = start;
-    layer.angleLength = length;
-    layer.bias = bias;
-    layer.midpointBias = midpoint;
-    layer.divisionCount[0] = 7;
-    const QList<double> found = angles(layer);
-    QCOMPARE(found.size(), 8);
-    for (int i = 0; i <= 7; ++i) {
-        const double mathematical = (90.0 - start) - length * biasedFraction(i / 7.0, bias, midpoint);
-        const double expected = -(mathematical - 90.0);
-        QVERIFY(found.at(i) == expected);
-    }
-}
-
-void tst_Keyframes::countsTicksAsThePainterDoes_data()
-{
-    QTest::addColumn<double>("length");
-    QTest::addColumn<int>("divisions");
-    QTest::addColumn<int>("frames");
-    QTest::newRow("part of a circle") << 359.0 << 4 << 5;
-    QTest::newRow("full circle") << 360.0 << 4 << 4;
-    QTest::newRow("full circle counter-clockwise") << -360.0 << 4 << 4;
-    QTest::newRow("no number") << notANumber << 4 << 5;
-    QTest::newRow("without end") << infinity << 4 << 4;
-    QTest::newRow("one") << 120.0 << 1 << 2;
-    QTest::newRow("none, unlike the painter") << 120.0 << 0 << 0;
-    QTest::newRow("negative") << 120.0 << -3 << 0;
-    QTest::newRow("least int") << 120.0 << std::numeric_limits<int>::min() << 0;
-}
-
-void tst_Keyframes::countsTicksAsThePainterDoes()
-{
-    QFETCH(const double, length);
-    QFETCH(const int, divisions);
-    QFETCH(const int, frames);
-    gaugeData layer;
-    layer.angleLength = length;
-    layer.divisionCount[0] = divisions;
-    QCOMPARE(keyframes(layer).size(), frames);
-}
-
-void tst_Keyframes::addsUpFromTickToTick()
+gaugeData quarterTurn()
 {
     gaugeData layer;
-    layer.divisionCount[0] = 10;
-    layer.tickCountIncrement = 0.1;
-    const QList<double> found = values(layer);
-    QCOMPARE(found.size(), 11);
-    double sum = 0.0;
-    for (const double value : found) {
-        QVERIFY(value == sum);
-        sum += 0.1;
-    }
-    // Ten tenths one after another fall short of a whole.
-    QVERIFY(found.last() < 1.0);
+    layer.angleLength = 90.0;
+    layer.divisionCount = {2, 5, 5};
+    layer.tickCountIncrement = 50.0;
+    return layer;
 }
 
-void tst_Keyframes::ignoresWhetherLabelsAreShown()
+} // namespace
+
+void tst_Keyframes::valuesAndAngles()
 {
     gaugeData layer = quarterTurn();
+    const QList<QPointF> expected{{0.0, 0.0}, {50.0, 45.0}, {100.0, 90.0}};
+    QCOMPARE(keyframes(layer), expected);
+    // Labels that are not shown have keyframes too.
     layer.tickCountEnabled = false;
     layer.tickCountSkipFirst = true;
-    layer.tickCountDecimalPlaces = 7;
-    QCOMPARE(keyframeTable({{QStringLiteral("A"), layer}}),
-             keyframeTable({{QStringLiteral("A"), quarterTurn()}}));
+    QCOMPARE(keyframes(layer), expected);
 }
 
-void tst_Keyframes::ignoresSubTicks()
+void tst_Keyframes::anglesAndValuesHaveThePaintersRounding()
 {
-    gaugeData layer = quarterTurn();
-    layer.divisionCount = {2, 5, 5};
-    QCOMPARE(angles(layer), angles(quarterTurn()));
+    for (const double start : {0.0, 0.1, -135.3, 12.34, 1e-15}) {
+        gaugeData layer;
+        layer.startAngle = start;
+        layer.angleLength = -99.9;
+        layer.bias = 0.3;
+        layer.midpointBias = true;
+        layer.divisionCount[0] = 10;
+        layer.tickCountIncrement = 0.1;
+        const QList<QPointF> frames = keyframes(layer);
+        QCOMPARE(frames.size(), 11);
+        double value = 0.0;
+        for (int i = 0; i <= 10; ++i) {
+            const double angle = (90.0 - start) - -99.9 * biasedFraction(i / 10.0, 0.3, true);
+            QVERIFY(frames.at(i).x() == value);
+            QVERIFY(frames.at(i).y() == -(angle - 90.0));
+            value += 0.1;
+        }
+    }
+    QVERIFY(std::signbit(keyframes(quarterTurn()).first().y())); // negative zero
 }
 
-void tst_Keyframes::lengthThatIsNoNumberGivesAnglesThatAreNone()
+void tst_Keyframes::frameCounts()
 {
-    gaugeData layer = quarterTurn();
-    layer.angleLength = notANumber;
-    const QList<double> found = angles(layer);
-    QCOMPARE(found.size(), 3);
-    for (const double angle : found)
-        QVERIFY(std::isnan(angle));
+    struct Case
+    {
+        double length;
+        int divisions;
+        int frames;
+    };
+    for (const auto &[length, divisions, frames] :
+         {Case{359.0, 4, 5}, Case{360.0, 4, 4}, Case{notANumber, 4, 5}, Case{120.0, 1, 2}, Case{120.0, 0, 0},
+          Case{120.0, std::numeric_limits<int>::min(), 0}}) {
+        gaugeData layer;
+        layer.angleLength = length;
+        layer.divisionCount[0] = divisions;
+        QCOMPARE(keyframes(layer).size(), frames);
+    }
 }
 
-void tst_Keyframes::writesNumbers_data()
+void tst_Keyframes::numberFormat()
 {
-    QTest::addColumn<double>("number");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("whole") << 45.0 << "45";
-    QTest::newRow("half") << 12.5 << "12.5";
-    QTest::newRow("nearly a tenth") << 0.09999999999999432 << "0.1";
-    QTest::newRow("too small to show") << 1e-11 << "0";
-    QTest::newRow("ten decimals") << 0.0123456789 << "0.0123456789";
-    QTest::newRow("rounded to ten") << 1.0 / 3.0 << "0.3333333333";
-    QTest::newRow("rounded up") << 2.0 / 3.0 << "0.6666666667";
-    QTest::newRow("zeros before the point stay") << 100.0 << "100";
-    QTest::newRow("zeros within stay") << 10.0205 << "10.0205";
-    QTest::newRow("zero") << 0.0 << "0";
-    QTest::newRow("negative") << -135.25 << "-135.25";
-    QTest::newRow("no grouping, no exponent") << 1e15 << "1000000000000000";
-    QTest::newRow("not a number") << notANumber << "nan";
-    QTest::newRow("infinite") << infinity << "inf";
-    QTest::newRow("negative infinite") << -infinity << "-inf";
+    for (const auto &[number, text] : {std::pair(100.0, "100"_L1),
+                                       {-135.25, "-135.25"_L1},
+                                       {0.09999999999999432, "0.1"_L1},
+                                       {1e-11, "0"_L1},
+                                       {0.0123456789, "0.0123456789"_L1},
+                                       {2.0 / 3.0, "0.6666666667"_L1},
+                                       {10.0205, "10.0205"_L1},
+                                       {1e15, "1000000000000000"_L1},
+                                       {notANumber, "nan"_L1},
+                                       {-infinity, "-inf"_L1}})
+        QCOMPARE(csvNumber(number), text);
 }
 
-void tst_Keyframes::writesNumbers()
+void tst_Keyframes::table()
 {
-    QFETCH(const double, number);
-    QFETCH(const QString, text);
-    QCOMPARE(csvNumber(number), text);
-}
-
-void tst_Keyframes::tableOfNothingIsItsHeader()
-{
-    QCOMPARE(keyframeTable({}), header);
-}
-
-void tst_Keyframes::tableOfAQuarterTurn()
-{
-    const QStringList lines =
-        keyframeTable({{QStringLiteral("Name"), quarterTurn()}}).split(QLatin1Char('\r'));
-    QCOMPARE(lines.size(), 5);
-    QCOMPARE(lines.at(0), QStringLiteral("Layer,Tick,Angle"));
-    // A negative zero looks as Qt prints it.
-    QVERIFY2(lines.at(1) == QLatin1String("Name,0,0") || lines.at(1) == QLatin1String("Name,0,-0"),
-             qPrintable(lines.at(1)));
-    QCOMPARE(lines.at(2), QStringLiteral("Name,50,45"));
-    QCOMPARE(lines.at(3), QStringLiteral("Name,100,90"));
-    QCOMPARE(lines.at(4), QString());
-}
-
-void tst_Keyframes::tableOfAFullCircle()
-{
-    gaugeData layer;
-    layer.startAngle = 10.0;
-    layer.angleLength = 360.0;
-    layer.tickCountStart = -1.5;
-    layer.tickCountIncrement = 0.25;
-    const QString expected = header + QStringLiteral("A,-1.5,10\rA,-1.25,100\rA,-1,190\rA,-0.75,280\r");
-    QCOMPARE(keyframeTable({{QStringLiteral("A"), layer}}), expected);
-}
-
-void tst_Keyframes::layerWithoutDivisionsHasNoLines()
-{
-    gaugeData layer;
-    layer.divisionCount[0] = 0;
-    QCOMPARE(keyframeTable({{QStringLiteral("Name"), layer}}), header);
-}
-
-void tst_Keyframes::layersFollowOneAnother()
-{
-    gaugeData first;
+    gaugeData first = quarterTurn();
     first.startAngle = 1.0;
-    first.angleLength = 10.0;
-    first.divisionCount[0] = 1;
+    first.tickCountStart = -1.5;
     gaugeData none = first;
-    none.divisionCount[0] = -1;
-    gaugeData last = first;
-    last.startAngle = 2.0;
-    const QString expected = header + QStringLiteral("First,0,1\rFirst,1,11\rLast,0,2\rLast,1,12\r");
-    QCOMPARE(keyframeTable({{QStringLiteral("First"), first},
-                            {QStringLiteral("None"), none},
-                            {QStringLiteral("Last"), last}}),
-             expected);
+    none.divisionCount[0] = 0;
+    gaugeData last;
+    last.angleLength = 360.0;
+    last.divisionCount[0] = 1;
+    last.startAngle = infinity;
+    last.tickCountStart = notANumber;
+    // Each line ends with a carriage return and no line feed.
+    QCOMPARE(keyframeTable({{u"First"_s, first}, {u"None"_s, none}, {u"Last"_s, last}}),
+             u"Layer,Tick,Angle\rFirst,-1.5,1\rFirst,48.5,46\rFirst,98.5,91\rLast,nan,inf\r"_s);
+    QCOMPARE(keyframeTable({}), u"Layer,Tick,Angle\r"_s);
 }
 
-void tst_Keyframes::linesEndInCarriageReturnsOnly()
+void tst_Keyframes::namesAreQuotedIfNecessary()
 {
-    const QString table = keyframeTable({{QStringLiteral("A"), quarterTurn()}});
-    QCOMPARE(table.count(QLatin1Char('\r')), 4);
-    QVERIFY(table.endsWith(QLatin1Char('\r')));
-    QVERIFY(!table.contains(QLatin1Char('\n')));
-}
-
-void tst_Keyframes::quotesNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("field");
-    QTest::newRow("plain") << "Layer 1"
-                           << "Layer 1";
-    QTest::newRow("empty") << ""
-                           << "";
-    QTest::newRow("comma") << "Speed, mph"
-                           << "\"Speed, mph\"";
-    QTest::newRow("quote") << "6\" dial"
-                           << "\"6\"\" dial\"";
-    QTest::newRow("only quotes") << "\"\""
-                                 << "\"\"\"\"\"\"";
-    QTest::newRow("comma and quote") << "\"a\",b"
-                                     << "\"\"\"a\"\",b\"";
-    QTest::newRow("line feed") << "two\nlines"
-                               << "\"two\nlines\"";
-    QTest::newRow("carriage return") << "two\rlines"
-                                     << "\"two\rlines\"";
-    QTest::newRow("other signs stay bare") << " 'tab\t; |"
-                                           << " 'tab\t; |";
-    QTest::newRow("beyond Latin") << QString::fromUtf8("Größe 速度") << QString::fromUtf8("Größe 速度");
-}
-
-void tst_Keyframes::quotesNames()
-{
-    QFETCH(const QString, name);
-    QFETCH(const QString, field);
     gaugeData layer;
     layer.startAngle = 5.0;
     layer.angleLength = 360.0;
     layer.divisionCount[0] = 1;
-    QCOMPARE(keyframeTable({{name, layer}}), header + field + QStringLiteral(",0,5\r"));
-}
-
-void tst_Keyframes::writesOddNumbersUnquoted()
-{
-    gaugeData layer;
-    layer.angleLength = 360.0;
-    layer.divisionCount[0] = 1;
-    layer.startAngle = infinity;
-    layer.tickCountStart = notANumber;
-    QCOMPARE(keyframeTable({{QStringLiteral("A"), layer}}), header + QStringLiteral("A,nan,inf\r"));
+    for (const auto &[name, field] : {std::pair(u" 'Layer' 1;\t| Größe"_s, u" 'Layer' 1;\t| Größe"_s),
+                                      {u"Speed, mph"_s, u"\"Speed, mph\""_s},
+                                      {u"6\" \"dial\""_s, u"\"6\"\" \"\"dial\"\"\""_s},
+                                      {u"two\nlines"_s, u"\"two\nlines\""_s},
+                                      {u"two\rlines"_s, u"\"two\rlines\""_s}})
+        QCOMPARE(keyframeTable({{name, layer}}), u"Layer,Tick,Angle\r"_s + field + u",0,5\r"_s);
 }
 
 ADD_TEST_CLASS(tst_Keyframes)

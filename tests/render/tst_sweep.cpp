@@ -12,12 +12,14 @@ namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr int leastInt = std::numeric_limits<int>::min();
-constexpr int mostInt = std::numeric_limits<int>::max();
+constexpr int minInt = std::numeric_limits<int>::min();
+constexpr int maxInt = std::numeric_limits<int>::max();
+constexpr bool exponential = false;
+constexpr bool midpoint = true;
 
 } // namespace
 
-/// How many ticks a sweep has, and where they lie.
+/// The bias of the sweep, and the number and the angles of its ticks.
 class tst_Sweep : public QObject
 {
     Q_OBJECT
@@ -25,121 +27,172 @@ class tst_Sweep : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void countsPrimaryTicks_data();
-    void countsPrimaryTicks();
-    void countsNoTicksInGapsThatAreNotThere_data();
-    void countsNoTicksInGapsThatAreNotThere();
-    void dividesTheSweep_data();
-    void dividesTheSweep();
-    void noDivisionsGiveNoFraction();
-    void placesATick_data();
-    void placesATick();
+    void biasHalfIsTheIdentity();
+    void biasCurve();
+    void biasKeepsTheEnds();
+    void biasJumpsAtZeroAndOne();
+    void biasIsLimited();
+    void biasOfNaN();
+
+    void primaryTickCounts();
+    void totalTickCounts();
+    void fractions();
+    void tickAngles();
 };
 
-void tst_Sweep::countsPrimaryTicks_data()
+void tst_Sweep::biasHalfIsTheIdentity()
 {
-    QTest::addColumn<double>("length");
-    QTest::addColumn<int>("divisions");
-    QTest::addColumn<qint64>("ticks");
-    QTest::newRow("part of a circle") << 120.0 << 4 << qint64(5);
-    QTest::newRow("just no full circle") << std::nextafter(360.0, 0.0) << 4 << qint64(5);
-    QTest::newRow("a full circle does not repeat its first tick") << 360.0 << 4 << qint64(4);
-    QTest::newRow("more than a circle") << 720.0 << 4 << qint64(4);
-    QTest::newRow("without end") << infinity << 4 << qint64(4);
-    QTest::newRow("counter-clockwise") << -359.0 << 4 << qint64(5);
-    QTest::newRow("counter-clockwise full circle") << -360.0 << 4 << qint64(4);
-    QTest::newRow("no length") << 0.0 << 4 << qint64(5);
-    QTest::newRow("length not a number") << notANumber << 4 << qint64(5);
-    QTest::newRow("no divisions") << 120.0 << 0 << qint64(1);
-    QTest::newRow("no divisions, full circle") << 360.0 << 0 << qint64(0);
-    QTest::newRow("negative") << 120.0 << -1 << qint64(0);
-    QTest::newRow("least int") << 120.0 << leastInt << qint64(leastInt) + 1;
-    QTest::newRow("most int") << 120.0 << mostInt << qint64(mostInt) + 1;
-    QTest::newRow("most int, full circle") << 360.0 << mostInt << qint64(mostInt);
+    for (const bool curve : {exponential, midpoint}) {
+        // The squares of sixteenths are exact.
+        for (int i = 0; i <= 16; ++i)
+            QVERIFY(biasedFraction(i / 16.0, 0.5, curve) == i / 16.0);
+    }
 }
 
-void tst_Sweep::countsPrimaryTicks()
+void tst_Sweep::biasCurve()
 {
-    QFETCH(const double, length);
-    QFETCH(const int, divisions);
-    QFETCH(const qint64, ticks);
-    gaugeData layer;
-    layer.angleLength = length;
-    layer.divisionCount[0] = divisions;
-    QCOMPARE(primaryTickCount(layer), ticks);
+    struct Case
+    {
+        double t;
+        double bias;
+        bool curve;
+        double expected;
+    };
+    for (const auto &[t, bias, curve, expected] : {
+             // 1 - (1 - t)^(2 bias) for a bias below 0.5, t^(2 (1 - bias)) above.
+             Case{0.75, 0.25, exponential, 0.5},
+             Case{0.25, 0.75, exponential, 0.5},
+             Case{0.9375, 0.125, exponential, 0.5},
+             Case{0.0625, 0.875, exponential, 0.5},
+             Case{0.3, 0.45, exponential, 1.0 - std::pow(0.7, 0.9)},
+             Case{0.3, 0.55, exponential, std::pow(0.3, 0.9)},
+             Case{0.3, 1.5, exponential, 1.0},
+             Case{0.3, -0.5, exponential, 0.0},
+             // 2 (1 - t) t k + t^2 with k = 2 bias - 0.5, limited to 0 and 1.
+             Case{0.25, 0.25, midpoint, 0.0625},
+             Case{0.25, 0.75, midpoint, 0.4375},
+             Case{0.75, 0.125, midpoint, 0.46875},
+             Case{0.4375, 0.0, midpoint, 0.0},
+             Case{0.75, 0.0, midpoint, 0.375},
+             Case{0.25, 1.0, midpoint, 0.625},
+             Case{0.5625, 1.0, midpoint, 1.0},
+             Case{0.25, 1.125, midpoint, 0.71875},
+             Case{0.9375, -0.25, midpoint, 0.76171875},
+         })
+        QCOMPARE(biasedFraction(t, bias, curve), expected);
 }
 
-void tst_Sweep::countsNoTicksInGapsThatAreNotThere_data()
+void tst_Sweep::biasKeepsTheEnds()
 {
-    QTest::addColumn<int>("divisions");
-    QTest::addColumn<quint64>("ticks");
-    QTest::newRow("no divisions") << 0 << quint64(1); // the one that closes the sweep
-    QTest::newRow("negative") << -1 << quint64(0);
-    QTest::newRow("least int") << leastInt << quint64(0);
+    for (const double bias : {1e-300, 0.001, 0.25, 0.4999, 0.5001, 0.75, 0.999, 1.0 - 1e-16}) {
+        QVERIFY(biasedFraction(0.0, bias, exponential) == 0.0);
+        QVERIFY(biasedFraction(1.0, bias, exponential) == 1.0);
+    }
+    for (const double bias : {-1e300, -3.0, 0.0, 0.1, 0.9, 1.0, 7.0, 1e300}) {
+        QVERIFY(biasedFraction(0.0, bias, midpoint) == 0.0);
+        QVERIFY(biasedFraction(1.0, bias, midpoint) == 1.0);
+    }
 }
 
-void tst_Sweep::countsNoTicksInGapsThatAreNotThere()
+void tst_Sweep::biasJumpsAtZeroAndOne()
 {
-    QFETCH(const int, divisions);
-    QFETCH(const quint64, ticks);
-    gaugeData layer;
-    layer.divisionCount = {divisions, 5, 4};
-    QCOMPARE(totalTickCount(layer), ticks);
+    for (const double t : {0.0, 0.125, 0.5, 1.0}) {
+        QVERIFY(biasedFraction(t, 0.0, exponential) == 1.0);
+        QVERIFY(biasedFraction(t, -0.0, exponential) == 1.0);
+        QVERIFY(biasedFraction(t, 1.0, exponential) == 0.0);
+    }
+    QVERIFY(biasedFraction(0.5, 0.001, exponential) < 0.01);
+    QVERIFY(biasedFraction(0.5, 0.999, exponential) > 0.99);
 }
 
-void tst_Sweep::dividesTheSweep_data()
+void tst_Sweep::biasIsLimited()
 {
-    QTest::addColumn<double>("position");
-    QTest::addColumn<int>("divisions");
-    QTest::addColumn<double>("fraction");
-    QTest::newRow("start") << 0.0 << 4 << 0.0;
-    QTest::newRow("end") << 4.0 << 4 << 1.0;
-    QTest::newRow("between") << 2.5 << 4 << 0.625;
-    QTest::newRow("thirds") << 1.0 << 3 << 1.0 / 3.0;
-    QTest::newRow("most int") << double(mostInt) << mostInt << 1.0;
+    for (const double bias : {-infinity, -1e9, -1.0, 0.0, 0.37, 0.63, 1.0, 2.0, 1e9, infinity}) {
+        for (const bool curve : {exponential, midpoint}) {
+            for (int i = 1; i < 100; ++i) {
+                const double fraction = biasedFraction(i / 100.0, bias, curve);
+                QVERIFY(fraction >= 0.0 && fraction <= 1.0);
+            }
+        }
+    }
 }
 
-void tst_Sweep::dividesTheSweep()
+void tst_Sweep::biasOfNaN()
 {
-    QFETCH(const double, position);
-    QFETCH(const int, divisions);
-    QFETCH(const double, fraction);
-    QVERIFY(divisionFraction(position, divisions) == fraction);
+    for (const bool curve : {exponential, midpoint}) {
+        for (const double bias : {0.25, 0.5, 0.75})
+            QVERIFY(std::isnan(biasedFraction(notANumber, bias, curve)));
+        QVERIFY(std::isnan(biasedFraction(0.5, notANumber, curve)));
+    }
 }
 
-void tst_Sweep::noDivisionsGiveNoFraction()
+void tst_Sweep::primaryTickCounts()
 {
+    struct Case
+    {
+        double length;
+        int divisions;
+        qint64 ticks;
+    };
+    for (const auto &[length, divisions, ticks] :
+         {Case{std::nextafter(360.0, 0.0), 4, 5}, Case{360.0, 4, 4}, Case{720.0, 4, 4}, Case{infinity, 4, 4},
+          Case{-359.0, 4, 5}, Case{-360.0, 4, 4}, Case{notANumber, 4, 5}, Case{120.0, 0, 1},
+          Case{360.0, 0, 0}, Case{120.0, minInt, qint64(minInt) + 1},
+          Case{120.0, maxInt, qint64(maxInt) + 1}}) {
+        gaugeData layer;
+        layer.angleLength = length;
+        layer.divisionCount[0] = divisions;
+        QCOMPARE(primaryTickCount(layer), ticks);
+    }
+}
+
+void tst_Sweep::totalTickCounts()
+{
+    struct Case
+    {
+        std::array<int, 3> counts;
+        quint64 ticks;
+    };
+    constexpr auto max = quint64(maxInt);
+    for (const auto &[counts, ticks] :
+         {Case{{3, 1, 1}, 4}, Case{{3, 1, 4}, 4}, Case{{3, 2, 1}, 4 + 3}, Case{{3, 2, 5}, 4 + 3 * 9},
+          Case{{3, 2, -5}, 4 + 3}, Case{{0, 5, 4}, 1}, Case{{-1, 5, 4}, 0}, Case{{minInt, 5, 4}, 0},
+          Case{{4, maxInt, maxInt}, 5 + 4 * (max * max - 1)},
+          Case{{5, maxInt, maxInt}, std::numeric_limits<quint64>::max()}}) {
+        gaugeData layer;
+        layer.divisionCount = counts;
+        QCOMPARE(totalTickCount(layer), ticks);
+    }
+}
+
+void tst_Sweep::fractions()
+{
+    QVERIFY(divisionFraction(2.5, 4) == 0.625);
+    QVERIFY(divisionFraction(1.0, 3) == 1.0 / 3.0);
+    QVERIFY(divisionFraction(double(maxInt), maxInt) == 1.0);
     QVERIFY(std::isnan(divisionFraction(0.0, 0)));
+    QVERIFY(std::isnan(divisionFraction(1.0, 0)));
 }
 
-void tst_Sweep::placesATick_data()
+void tst_Sweep::tickAngles()
 {
-    QTest::addColumn<double>("start");
-    QTest::addColumn<double>("length");
-    QTest::addColumn<double>("fraction");
-    QTest::addColumn<double>("angle");
-    QTest::newRow("12 o'clock") << 0.0 << 90.0 << 0.0 << 90.0;
-    QTest::newRow("3 o'clock") << 0.0 << 90.0 << 1.0 << 0.0;
-    QTest::newRow("9 o'clock") << -90.0 << 180.0 << 0.0 << 180.0;
-    QTest::newRow("clockwise past 3 o'clock") << 45.0 << 180.0 << 0.5 << -45.0;
-    QTest::newRow("counter-clockwise") << 0.0 << -90.0 << 1.0 << 180.0;
-    QTest::newRow("a turn away") << 450.0 << 90.0 << 0.0 << -360.0;
-}
-
-void tst_Sweep::placesATick()
-{
-    QFETCH(const double, start);
-    QFETCH(const double, length);
-    QFETCH(const double, fraction);
-    QFETCH(const double, angle);
-    gaugeData layer;
-    layer.startAngle = start;
-    layer.angleLength = length;
-    QVERIFY(tickAngle(layer, fraction) == angle);
-
-    // The bias moves the tick along the sweep and leaves its ends.
-    layer.bias = 0.75;
-    QVERIFY(tickAngle(layer, fraction) == 90.0 - start - std::sqrt(fraction) * length);
+    struct Case
+    {
+        double start;
+        double length;
+        double fraction;
+        double angle;
+    };
+    for (const auto &[start, length, fraction, angle] :
+         {Case{0.0, 90.0, 0.0, 90.0}, Case{0.0, 90.0, 1.0, 0.0}, Case{-90.0, 180.0, 0.0, 180.0},
+          Case{0.0, -90.0, 1.0, 180.0}, Case{450.0, 90.0, 0.0, -360.0}}) {
+        gaugeData layer;
+        layer.startAngle = start;
+        layer.angleLength = length;
+        QCOMPARE(tickAngle(layer, fraction), angle);
+        layer.bias = 0.75;
+        QCOMPARE(tickAngle(layer, 0.25), 90.0 - start - 0.5 * length);
+    }
 }
 
 ADD_TEST_CLASS(tst_Sweep)

@@ -1,97 +1,17 @@
 #include "support/recordingdevice.h"
 
+#include <QDebug>
 #include <QPaintEngine>
-
-#include <limits>
-
-namespace {
-
-/// As many digits as tell any two doubles apart.
-QString exact(double value)
-{
-    return QString::number(value, 'g', 17);
-}
-
-QString pointDescription(const QPointF &point)
-{
-    return exact(point.x()) + QLatin1Char(',') + exact(point.y());
-}
-
-QString brushDescription(const QBrush &brush)
-{
-    return QStringLiteral("%1 style %2").arg(brush.color().name(QColor::HexArgb)).arg(brush.style());
-}
-
-QString pathDescription(const QPainterPath &path)
-{
-    QString text = QStringLiteral("path");
-    for (int i = 0; i < path.elementCount(); ++i) {
-        const QPainterPath::Element element = path.elementAt(i);
-        text += QStringLiteral(" %1:").arg(element.type) + pointDescription(element);
-    }
-    return text;
-}
-
-QString transformDescription(const QTransform &transform)
-{
-    QStringList numbers;
-    for (const double number :
-         {transform.m11(), transform.m12(), transform.m13(), transform.m21(), transform.m22(),
-          transform.m23(), transform.m31(), transform.m32(), transform.m33()})
-        numbers.append(exact(number));
-    return numbers.join(QLatin1Char(' '));
-}
-
-} // namespace
-
-QString penDescription(const QPen &pen)
-{
-    return QStringLiteral("pen %1 width %2 style %3 cap %4 join %5%6")
-        .arg(brushDescription(pen.brush()), exact(pen.widthF()))
-        .arg(static_cast<int>(pen.style()))
-        .arg(static_cast<int>(pen.capStyle()))
-        .arg(static_cast<int>(pen.joinStyle()))
-        .arg(pen.isCosmetic() ? QLatin1String(" cosmetic") : QLatin1String());
-}
-
-QStringList descriptions(const QList<RecordedCall> &calls)
-{
-    QStringList found;
-    found.reserve(calls.size());
-    for (const RecordedCall &call : calls)
-        found.append(call.description());
-    return found;
-}
 
 QString RecordedCall::description() const
 {
-    QString shape;
-    switch (kind) {
-    case Kind::Line:
-        shape = QStringLiteral("line ") + pointDescription(line.p1()) + QLatin1Char(' ') +
-                pointDescription(line.p2());
-        break;
-    case Kind::Ellipse:
-        shape = QStringLiteral("ellipse ") + pointDescription(rectangle.topLeft()) + QLatin1Char(' ') +
-                exact(rectangle.width()) + QLatin1Char('x') + exact(rectangle.height());
-        break;
-    case Kind::Path:
-        shape = pathDescription(path);
-        break;
-    case Kind::Text:
-        shape = QStringLiteral("text \"%1\" at ").arg(text) + pointDescription(position) +
-                QStringLiteral(" font ") + font.toString();
-        break;
-    case Kind::Other:
-        shape = QStringLiteral("other");
-        break;
-    }
-    return shape + QStringLiteral(" | ") + penDescription(pen) + QStringLiteral(" | brush ") +
-           brushDescription(brush) + QStringLiteral(" | transform ") + transformDescription(transform) +
-           (antialiased ? QStringLiteral(" | antialiased") : QString());
+    QString all;
+    QDebug(&all).nospace() << qSetRealNumberPrecision(17) << int(kind) << line << rectangle << path << text
+                           << font << pen << brush << transform << antialiased;
+    return all;
 }
 
-/// Claims to be able to do everything, so that QPainter hands calls on as they are.
+/// Has all features, so that QPainter does not convert calls.
 class RecordingEngine : public QPaintEngine
 {
 public:
@@ -131,17 +51,11 @@ public:
     {
         RecordedCall &call = add(RecordedCall::Kind::Text);
         call.text = item.text();
-        call.position = position;
-        call.textWidth = item.width();
-        call.ascent = item.ascent();
-        call.descent = item.descent();
+        call.rectangle = {position.x(), position.y() - item.ascent(), item.width(),
+                          item.ascent() + item.descent()};
         call.font = item.font();
     }
     void drawPixmap(const QRectF & /*target*/, const QPixmap & /*pixmap*/, const QRectF & /*source*/) override
-    {
-        add(RecordedCall::Kind::Other);
-    }
-    void drawPolygon(const QPointF * /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override
     {
         add(RecordedCall::Kind::Other);
     }
@@ -179,28 +93,19 @@ const QList<RecordedCall> &RecordingDevice::calls() const
 
 int RecordingDevice::metric(PaintDeviceMetric metric) const
 {
-    constexpr double dotsPerInch = 96.0;
-    constexpr double millimetresPerInch = 25.4;
     switch (metric) {
     case PdmWidth:
     case PdmHeight:
         return m_size;
-    case PdmWidthMM:
-    case PdmHeightMM:
-        return qRound(m_size * millimetresPerInch / dotsPerInch);
-    case PdmNumColors:
-        return std::numeric_limits<int>::max();
-    case PdmDepth:
-        return 32;
     case PdmDpiX:
     case PdmDpiY:
     case PdmPhysicalDpiX:
     case PdmPhysicalDpiY:
-        return qRound(dotsPerInch);
+        return 96;
     case PdmDevicePixelRatio:
         return 1;
     case PdmDevicePixelRatioScaled:
-        return qRound(devicePixelRatioFScale());
+        return int(devicePixelRatioFScale());
     default:
         return QPaintDevice::metric(metric);
     }
