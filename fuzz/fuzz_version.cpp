@@ -17,18 +17,14 @@
 
 namespace {
 
-constexpr int mostLevels = 256;
-constexpr size_t mostBytes = 1024 * 1024;
-constexpr qsizetype fewEqualsSigns = 1000; // no more attributes, and so nothing to refuse for their number
+constexpr int maxDepth = 256;
 
 /// What a second reader, which builds no tree, finds in the description.
 struct Look
 {
     bool wellFormed = false;
-    bool declaresEntities = false;
-    bool mentionsAttributes = false; ///< A declaration of them, perhaps in a comment.
+    bool hasInternalSubset = false;
     int depth = 0;
-    qsizetype equalsSigns = 0;                   ///< Those of attributes, and those in texts.
     std::array<std::optional<QString>, 3> texts; ///< Of the first version, url_lin and notes below the root.
 };
 
@@ -37,17 +33,14 @@ constexpr std::array elements{"version", "url_lin", "notes"};
 Look lookAt(const QByteArray &xml)
 {
     Look look;
-    look.equalsSigns = xml.count('=');
     QXmlStreamReader reader(xml);
     reader.setNamespaceProcessing(false);
     int depth = 0;
     QString *current = nullptr;
     while (!reader.atEnd()) {
         reader.readNext();
-        look.equalsSigns += reader.attributes().size() + reader.text().count(QLatin1Char('='));
         if (reader.isDTD()) {
-            look.declaresEntities = !reader.entityDeclarations().isEmpty();
-            look.mentionsAttributes = reader.text().contains(QLatin1String("<!ATTLIST"));
+            look.hasInternalSubset = reader.text().contains(QLatin1Char('['));
         } else if (reader.isStartElement()) {
             look.depth = std::max(look.depth, ++depth);
             for (size_t i = 0; depth == 2 && i < elements.size(); ++i) {
@@ -75,24 +68,22 @@ QString bare(const QString &text)
 
 void checkDescription(const QByteArray &xml, const std::optional<VersionDescription> &description)
 {
-    if (static_cast<size_t>(xml.size()) > mostBytes) {
-        require(!description, "no more than a mebibyte is read");
+    if (xml.size() > maxVersionDescriptionSize) {
+        require(!description, "no description above the size limit is read");
         return;
     }
-    if (!description && xml.size() > 100000)
-        return; // refused, and a second look may take as long as was to be saved
     const Look look = lookAt(xml);
-    const bool welcome = look.wellFormed && look.depth <= mostLevels && !look.declaresEntities &&
-                         look.equalsSigns <= fewEqualsSigns;
+    const bool isAcceptable = look.wellFormed && look.depth <= maxDepth && !look.hasInternalSubset;
     if (!description) {
-        // A stream takes what a tree does not, such as a second document type.
-        require(!welcome || look.mentionsAttributes || !QDomDocument().setContent(xml),
-                "what is well-formed and modest is read");
+        // The stream reader accepts some documents that QDomDocument rejects, such as those with two document
+        // types.
+        require(!isAcceptable || !QDomDocument().setContent(xml),
+                "well-formed XML within the limits is read");
         return;
     }
-    require(look.wellFormed, "what is not well-formed is not read");
-    require(look.depth <= mostLevels, "deep nesting is rejected");
-    require(!look.declaresEntities, "a description with entities of its own is not read");
+    require(look.wellFormed, "XML that is not well-formed is not read");
+    require(look.depth <= maxDepth, "deep nesting is rejected");
+    require(!look.hasInternalSubset, "a document type with an internal subset is not read");
     const std::array found{description->version, description->downloadUrl, description->notes};
     for (size_t i = 0; i < found.size(); ++i)
         require(bare(found[i]) == bare(look.texts[i].value_or(QString())),

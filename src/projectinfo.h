@@ -3,8 +3,8 @@
 
 #include <QLatin1StringView>
 
-// The host of the published version description and the project's web page. Whoever distributes the program
-// replaces them with compile definitions; CMake has cache variables of the same names.
+// The host of the version description, and the project's web page. Distributors set them with compile
+// definitions or with CMake cache variables of the same names.
 #ifndef CORVALENCE_UPDATE_HOST
 #define CORVALENCE_UPDATE_HOST "downloads.corvalence.example"
 #endif
@@ -19,10 +19,10 @@ inline constexpr QLatin1StringView name("Corvalence");
 /// CMake reads the project's version from this line.
 inline constexpr QLatin1StringView version("2.2.0");
 
-/// The published version description.
+/// The address of the published version description.
 inline constexpr QLatin1StringView versionXmlUrl("https://" CORVALENCE_UPDATE_HOST
                                                  "/downloads/Corvalence_version.xml");
-/// The page that "Visit Site" opens.
+/// The address that "Visit Site" opens.
 inline constexpr QLatin1StringView webPageUrl(CORVALENCE_WEB_PAGE);
 
 } // namespace projectInfo

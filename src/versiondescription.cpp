@@ -1,75 +1,32 @@
 #include "versiondescription.h"
 
 #include <QDomDocument>
-#include <QStringDecoder>
 #include <QVersionNumber>
 #include <QXmlStreamReader>
 
-#include <algorithm>
-
 namespace {
 
-constexpr qsizetype largestDescription = qsizetype(1024) * 1024;
-constexpr int deepestNesting = 256;
-constexpr qsizetype mostAttributes = 5000;
-/// An attribute's name, type and value in a document type take at least so many characters.
-constexpr qsizetype shortestDeclaration = 10;
+constexpr int maxDepth = 256;
 
-/// How many attributes the text could hold: equals signs before a quote, in the encoding that it declares or
-/// begins with. A zero byte is what another encoding leaves between the two.
-qsizetype possibleAttributes(const QByteArray &xml, const QString &declaredEncoding)
+/// Whether a document tree of @a xml can be built with little time and memory. False for XML that is not
+/// well-formed, too.
+bool isCheapToRead(const QByteArray &xml)
 {
-    const auto begunEncoding = QStringConverter::encodingForData(xml).value_or(QStringConverter::Utf8);
-    QStringDecoder decoder = declaredEncoding.isEmpty()
-                                 ? QStringDecoder(begunEncoding)
-                                 : QStringDecoder(declaredEncoding.toLatin1().constData());
-    const QString text = decoder.isValid() ? QString(decoder(xml)) : QString::fromLatin1(xml);
-
-    // By hand: a regular expression begins anew for each match, and checks all of the rest each time.
-    qsizetype count = 0;
-    for (qsizetype sign = text.indexOf(QLatin1Char('=')); sign >= 0;
-         sign = text.indexOf(QLatin1Char('='), sign + 1)) {
-        const QChar *const after = std::find_if_not(text.cbegin() + sign + 1, text.cend(),
-                                                    [](QChar c) { return c.isNull() || c.isSpace(); });
-        if (after != text.cend() && (*after == QLatin1Char('"') || *after == QLatin1Char('\'')))
-            ++count;
-    }
-    return count;
-}
-
-/// Whether the text would cost QDomDocument more than a description is worth: it builds nested elements,
-/// expands entities and looks for doubled attributes in time and memory that grow with the square of the
-/// text.
-bool isCostly(const QByteArray &xml)
-{
-    if (xml.size() > largestDescription)
-        return true;
+    if (xml.size() > maxVersionDescriptionSize)
+        return false;
     QXmlStreamReader reader(xml);
-    // As QDomDocument reads: an undeclared prefix is no error, and must not end this look early.
-    reader.setNamespaceProcessing(false);
+    reader.setNamespaceProcessing(false); // as QDomDocument::setContent() does
     int depth = 0;
-    qsizetype attributes = 0;
-    qsizetype declaredAttributes = 0; // at most
-    while (!reader.atEnd() && attributes <= mostAttributes) {
+    while (!reader.atEnd()) {
         switch (reader.readNext()) {
-        case QXmlStreamReader::StartDocument:
-            // Counted ahead, since this look would itself take long over a tag of many attributes.
-            if (possibleAttributes(xml, reader.documentEncoding().toString()) > mostAttributes)
-                return true;
-            break;
         case QXmlStreamReader::DTD:
-            // Parameter entities count, too. The word in a comment or an instruction declares nothing.
-            if (!reader.entityDeclarations().isEmpty())
-                return true;
-            if (reader.text().contains(QLatin1String("<!ATTLIST")))
-                declaredAttributes = reader.text().size() / shortestDeclaration;
-            attributes += declaredAttributes;
+            // An internal subset can declare entities, which expand, and attributes of every element.
+            if (reader.text().contains(QLatin1Char('[')))
+                return false;
             break;
         case QXmlStreamReader::StartElement:
-            if (++depth > deepestNesting)
-                return true;
-            // Those that are declared with a value come to every element, written or not.
-            attributes += declaredAttributes;
+            if (++depth > maxDepth)
+                return false;
             break;
         case QXmlStreamReader::EndElement:
             --depth;
@@ -78,7 +35,7 @@ bool isCostly(const QByteArray &xml)
             break;
         }
     }
-    return attributes > mostAttributes;
+    return !reader.hasError();
 }
 
 } // namespace
@@ -86,7 +43,7 @@ bool isCostly(const QByteArray &xml)
 std::optional<VersionDescription> readVersionDescription(const QByteArray &xml)
 {
     QDomDocument document;
-    if (isCostly(xml) || !document.setContent(xml))
+    if (!isCheapToRead(xml) || !document.setContent(xml))
         return std::nullopt;
 
     const QDomElement root = document.documentElement();

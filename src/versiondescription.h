@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// What the project publishes of its newest version. A text that the description does not carry is empty.
+/// The published description of the newest version. A missing element gives an empty text.
 struct VersionDescription
 {
     QString version;
@@ -14,13 +14,20 @@ struct VersionDescription
     QString notes;
 };
 
-/// Reads the published XML: of each element the first direct child of the root by that name. Nothing when it
-/// is not well-formed, and when it is not what anybody would publish: more than a mebibyte, elements nested
-/// more than 256 deep, thousands of attributes, written or declared, or entities of its own, all of which can
-/// cost a reader minutes and gigabytes.
+/// The size in bytes up to which a description is read. Qt's XML reader compares each attribute of an element
+/// with every other one, so its time grows with the square of the size: at this size it takes up to half a
+/// second, at 256 KiB up to ten.
+inline constexpr qsizetype maxVersionDescriptionSize = qsizetype(64) * 1024;
+
+/// Reads the published XML. The texts are those of the first direct children of the root with the names
+/// "version", "url_lin" and "notes".
+///
+/// Returns nothing when the XML is not well-formed, or could take long to read: when it is larger than
+/// maxVersionDescriptionSize, nests elements more than 256 levels deep, or has a document type with an
+/// internal subset.
 [[nodiscard]] std::optional<VersionDescription> readVersionDescription(const QByteArray &xml);
 
-/// Whether @a published is a later version than @a own. Text that is no version counts as earlier than any.
+/// Whether @a published is a later version than @a own. A text that is not a version counts as the earliest.
 [[nodiscard]] bool isNewerVersion(const QString &published, const QString &own);
 
 #endif

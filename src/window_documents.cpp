@@ -28,7 +28,7 @@ QString Window::documentDirectory(const QString &path)
 
 void Window::seedBundledPresets()
 {
-    // The presets are installed beside the program; there is nothing to fill.
+    // The presets are installed beside the program.
 }
 
 QString Window::presetsDirectory() const
@@ -99,7 +99,8 @@ void Window::getPresetsFromFolder()
     ui.presetComboBox->clear();
     for (const QString &path : std::as_const(paths)) {
         const QString fileName = path.section(QLatin1Char('/'), -1);
-        // Cut at the first dot: a preset with a dot in its name is listed, but not found again.
+        // The name is cut at the first dot, so a preset with another dot in its name is listed but cannot be
+        // opened.
         ui.presetComboBox->insertItem(ui.presetComboBox->count(), fileName.section(QLatin1Char('.'), 0, 0));
     }
 }
@@ -131,8 +132,11 @@ void Window::loadGaugeFile(const QString &path)
     QList<gaugeLayer> loaded;
     QString error;
     if (!gaugeFile::read(bytes, &loaded, &error)) {
-        QMessageBox::warning(this, tr("Unable to load gauge"),
-                             tr("%1 could not be read.\n\n%2").arg(info.fileName(), error), QMessageBox::Ok);
+        QMessageBox warning(QMessageBox::Warning, tr("Unable to load gauge"),
+                            tr("%1 could not be read.\n\n%2").arg(info.fileName(), error), QMessageBox::Ok,
+                            this);
+        warning.setTextFormat(Qt::PlainText); // the file name may hold markup
+        warning.exec();
         return;
     }
     applyLoadedLayers(loaded, info.completeBaseName());
@@ -166,7 +170,7 @@ void Window::applyLoadedLayers(const QList<gaugeLayer> &gaugeLayers, const QStri
     if (mode == LoadMode::Cancel)
         return;
 
-    // With signals off layerChanged() does not run for the rows that change here.
+    // layerChanged() must not run for the rows that change here.
     ui.layerList->blockSignals(true);
     const int activeRow = ui.layerList->currentRow();
     const bool overwrites = mode == LoadMode::Overwrite && activeRow >= 0;
@@ -195,8 +199,8 @@ void Window::loadReference()
                                                       tr("png Files (*.png)"));
     if (path.isEmpty())
         return;
-    // Read past the pixmap cache, which tells pictures apart by name, second and size only: a picture that
-    // was just changed on disk shows its new pixels.
+    // QPixmap::load() would take the picture from the pixmap cache, which compares only name, time in seconds
+    // and size: the old pixels of a file that was just changed.
     QImageReader reader(path);
     const QPixmap picture = QPixmap::fromImageReader(&reader);
     if (picture.isNull())

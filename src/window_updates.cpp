@@ -1,4 +1,4 @@
-// The update check. Its texts are plain strings, not translated.
+// The update check. Its texts are not translated.
 
 #include "window.h"
 
@@ -27,8 +27,10 @@ void Window::checkForUpdates()
     QNetworkRequest request(VERSION_XML_URL);
     request.setTransferTimeout(5000);
     updateReply = networkManager->get(request);
-    // One connection a check: a second check while one is outstanding has the next answer handled twice, of
-    // which only the first can be the one that the user asked for.
+    // A larger body is not read any further, until the transfer timeout ends the request.
+    updateReply->setReadBufferSize(maxVersionDescriptionSize);
+    // Each check adds a connection. When two checks are outstanding, both connections fire for the first
+    // reply; only the first call can report as a manual check, and the second reply is not handled.
     connect(networkManager, &QNetworkAccessManager::finished, this, &Window::onUpdateCheckFinished,
             Qt::SingleShotConnection);
 }
@@ -37,10 +39,11 @@ void Window::onUpdateCheckFinished(QNetworkReply *reply)
 {
     const bool manual = manualUpdateCheck;
     manualUpdateCheck = false;
-    // Last of all: the messages run event loops of their own, in which the window and its replies can go.
-    const auto release = qScopeGuard([answered = QPointer<QNetworkReply>(reply)] {
-        if (!answered.isNull())
-            answered->deleteLater();
+    // Released at scope exit. The message boxes run nested event loops, which may destroy the window and the
+    // reply.
+    const auto release = qScopeGuard([guarded = QPointer<QNetworkReply>(reply)] {
+        if (!guarded.isNull())
+            guarded->deleteLater();
     });
 
     if (reply->error() != QNetworkReply::NoError) {
@@ -78,10 +81,10 @@ void Window::onUpdateCheckFinished(QNetworkReply *reply)
 
 void Window::offerUpdate(const QString &version, const QString &notes, const QString &downloadUrl)
 {
-    // Not on the stack: when the window goes while the offer is shown, it takes the offer with it.
+    // On the heap: the window may be destroyed while the box is shown, and deletes its children.
     const QPointer<QMessageBox> offer = new QMessageBox(this);
     offer->setWindowTitle(QStringLiteral("Update Available"));
-    // The texts come from outside: shown as what they are, whatever markup they hold.
+    // The texts come from the network, so markup in them is not interpreted.
     offer->setTextFormat(Qt::PlainText);
     offer->setText(QStringLiteral("A new version (%1) is available!\n\n%2").arg(version, notes));
     offer->setIcon(QMessageBox::Information);

@@ -164,6 +164,7 @@ void tst_FailedLoad::tellsTheFileNameAsItIs_data()
 {
     QTest::addColumn<QString>("fileName");
     QTest::newRow("places") << QStringLiteral("%1 %2 100%.gauge");
+    QTest::newRow("markup") << QStringLiteral("<b>Dial<br>.gauge");
     QTest::newRow("dots") << QStringLiteral("my.dial.gauge");
     QTest::newRow("no suffix") << QStringLiteral("Dial");
     QTest::newRow("beyond ASCII") << QStringLiteral("Zähler 🕰.gauge");

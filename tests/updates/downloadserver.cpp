@@ -1,16 +1,22 @@
 #include "downloadserver.h"
 
+#include "support/files.h"
+#include "window.h"
+
 #include <QHostAddress>
 #include <QNetworkProxy>
-#include <QSslConfiguration>
+#include <QProcess>
+#include <QSslKey>
+#include <QTemporaryDir>
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-/// Calls @a arrived with the first line and the whole header once it has come, then never again.
-void onHeader(QTcpSocket *socket, QObject *context,
-              const std::function<void(const QString &firstLine, const QByteArray &header)> &arrived)
+/// Calls @a received once with the first line, when the whole header is there.
+void onHeader(QTcpSocket *socket, const std::function<void(const QString &firstLine)> &received)
 {
     const auto header = std::make_shared<QByteArray>();
     const auto connection = std::make_shared<QMetaObject::Connection>();
@@ -19,37 +25,67 @@ void onHeader(QTcpSocket *socket, QObject *context,
         if (!header->contains("\r\n\r\n"))
             return;
         QObject::disconnect(*connection);
-        arrived(QString::fromLatin1(header->left(header->indexOf("\r\n"))), *header);
+        received(QString::fromLatin1(header->left(header->indexOf("\r\n"))));
     };
-    *connection = QObject::connect(socket, &QIODevice::readyRead, context, read);
+    *connection = QObject::connect(socket, &QIODevice::readyRead, socket, read);
     if (socket->bytesAvailable() > 0)
         read();
 }
 
-void pass(QTcpSocket *from, QTcpSocket *to)
+/// Passes on what arrives, but no faster than the receiver takes it.
+void forward(QTcpSocket *from, QTcpSocket *to)
 {
+    constexpr qint64 bufferSize = 65536;
+    from->setReadBufferSize(bufferSize);
     const auto move = [from, to] {
-        if (from->isOpen() && to->isOpen())
-            to->write(from->readAll());
+        if (to->bytesToWrite() < bufferSize)
+            to->write(from->read(bufferSize));
     };
     QObject::connect(from, &QIODevice::readyRead, to, move);
-    QObject::connect(from, &QAbstractSocket::disconnected, to, [to, move] {
-        move();
+    QObject::connect(to, &QIODevice::bytesWritten, from, move);
+    QObject::connect(from, &QAbstractSocket::disconnected, to, [from, to] {
+        to->write(from->readAll());
         to->disconnectFromHost();
     });
 }
 
+/// Makes a certificate for a host that is signed by itself, and its key.
+std::pair<QSslCertificate, QSslKey> makeCertificate(const QString &hostName)
+{
+    const QTemporaryDir folder;
+    const QString key = folder.filePath(u"key.pem"_s);
+    const QString certificate = folder.filePath(u"certificate.pem"_s);
+    QProcess openssl;
+    openssl.start(u"openssl"_s,
+                  u"req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2"_s.split(u' ') +
+                      QStringList{u"-subj"_s, u"/CN=Corvalence test server"_s, u"-addext"_s,
+                                  u"subjectAltName=DNS:"_s + hostName, u"-keyout"_s, key, u"-out"_s,
+                                  certificate});
+    if (!openssl.waitForFinished() || openssl.exitCode() != 0)
+        qFatal("openssl: %s", openssl.readAllStandardError().constData());
+    return {QSslCertificate(readFile(certificate)), QSslKey(readFile(key), QSsl::Ec)};
+}
+
 } // namespace
 
-DownloadServer::DownloadServer(const TestAuthority::Identity &identity)
+DownloadServer::DownloadServer(Certificate certificate)
 {
-    QSslConfiguration configuration = m_server.sslConfiguration();
-    configuration.setLocalCertificate(identity.certificate);
-    configuration.setPrivateKey(identity.key);
-    configuration.setPeerVerifyMode(QSslSocket::VerifyNone);
-    m_server.setSslConfiguration(configuration);
-    connect(&m_server, &QTcpServer::pendingConnectionAvailable, this, &DownloadServer::serve);
-    connect(&m_proxy, &QTcpServer::newConnection, this, &DownloadServer::tunnel);
+    const QString host =
+        certificate == Certificate::OfOtherHost ? u"other.example"_s : Window::VERSION_XML_URL.host();
+    const auto [ownCertificate, key] = makeCertificate(host);
+    QSslConfiguration serving = m_originalConfiguration;
+    serving.setLocalCertificate(ownCertificate);
+    serving.setPrivateKey(key);
+    serving.setPeerVerifyMode(QSslSocket::VerifyNone);
+    m_server.setSslConfiguration(serving);
+
+    QSslConfiguration trusting = m_originalConfiguration;
+    trusting.setCaCertificates(certificate == Certificate::Untrusted ? QList<QSslCertificate>()
+                                                                     : QList{ownCertificate});
+    QSslConfiguration::setDefaultConfiguration(trusting);
+
+    connect(&m_server, &QTcpServer::pendingConnectionAvailable, this, &DownloadServer::acceptConnections);
+    connect(&m_proxy, &QTcpServer::newConnection, this, &DownloadServer::acceptTunnels);
     if (!m_server.listen(QHostAddress::LocalHost) || !m_proxy.listen(QHostAddress::LocalHost))
         qFatal("No port on the loopback interface");
     QNetworkProxy::setApplicationProxy(
@@ -59,46 +95,51 @@ DownloadServer::DownloadServer(const TestAuthority::Identity &identity)
 DownloadServer::~DownloadServer()
 {
     QNetworkProxy::setApplicationProxy(QNetworkProxy());
+    QSslConfiguration::setDefaultConfiguration(m_originalConfiguration);
 }
 
-void DownloadServer::reply(QSslSocket &connection, const QByteArray &status, const QByteArray &body,
-                           const QByteArray &moreHeader)
+void DownloadServer::serve(const QByteArray &body, const QByteArray &status, const QByteArray &moreHeaders)
+{
+    setHandler(
+        [=](const QString &, QSslSocket &connection) { reply(connection, body, status, moreHeaders); });
+}
+
+void DownloadServer::reply(QSslSocket &connection, const QByteArray &body, const QByteArray &status,
+                           const QByteArray &moreHeaders)
 {
     connection.write("HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) +
-                     "\r\nConnection: close\r\n" + moreHeader + "\r\n" + body);
+                     "\r\nConnection: close\r\n" + moreHeaders + "\r\n" + body);
     connection.disconnectFromHost();
 }
 
-void DownloadServer::serve()
+void DownloadServer::acceptConnections()
 {
     while (auto *connection = qobject_cast<QSslSocket *>(m_server.nextPendingConnection())) {
-        onHeader(connection, this, [this, connection](const QString &firstLine, const QByteArray &header) {
-            const QString request = firstLine.section(QLatin1Char(' '), 0, 1);
+        onHeader(connection, [this, connection](const QString &firstLine) {
+            const QString request = firstLine.section(u' ', 0, 1);
             m_requests.append(request);
-            m_lastHeader = header;
-            m_handler(request.section(QLatin1Char(' '), 1), *connection);
-            Q_EMIT requested();
+            m_handler(request.section(u' ', 1), *connection);
         });
     }
 }
 
-void DownloadServer::tunnel()
+void DownloadServer::acceptTunnels()
 {
     while (QTcpSocket *client = m_proxy.nextPendingConnection()) {
-        onHeader(client, this, [this, client](const QString &firstLine, const QByteArray &) {
-            m_proxyRequests.append(firstLine.section(QLatin1Char(' '), 0, 1));
-            if (!firstLine.startsWith(QLatin1String("CONNECT "))) {
+        onHeader(client, [this, client](const QString &firstLine) {
+            m_proxyRequests.append(firstLine.section(u' ', 0, 1));
+            if (!firstLine.startsWith("CONNECT "_L1)) {
                 client->disconnectFromHost();
                 return;
             }
-            auto *target = new QTcpSocket(client);
-            target->setProxy(QNetworkProxy::NoProxy);
-            connect(target, &QAbstractSocket::connected, client, [client, target] {
-                pass(client, target);
-                pass(target, client);
+            auto *server = new QTcpSocket(client);
+            server->setProxy(QNetworkProxy::NoProxy);
+            connect(server, &QAbstractSocket::connected, client, [client, server] {
+                forward(client, server);
+                forward(server, client);
                 client->write("HTTP/1.1 200 Connection established\r\n\r\n");
             });
-            target->connectToHost(m_server.serverAddress(), m_server.serverPort());
+            server->connectToHost(m_server.serverAddress(), m_server.serverPort());
         });
     }
 }

@@ -1,9 +1,7 @@
 #ifndef DOWNLOADSERVER_H
 #define DOWNLOADSERVER_H
 
-#include "certificates.h"
-
-#include <QPointer>
+#include <QSslConfiguration>
 #include <QSslServer>
 #include <QSslSocket>
 #include <QStringList>
@@ -11,45 +9,44 @@
 
 #include <functional>
 
-/// The project's download server as the program meets it: HTTPS on the loopback interface, reached through a
-/// proxy that is set for the whole program while this lives. The proxy takes every tunnel, to whatever host,
-/// to the server, and refuses everything else.
+/// The project's download server: HTTPS on the loopback interface. The program reaches it through a proxy
+/// that is set for the whole program during the server's lifetime, and connects every tunnel to the server.
 class DownloadServer : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What becomes of a request, given its path and the connection it came over.
+    enum class Certificate { Trusted, Untrusted, OfOtherHost };
+    /// Receives the path of a request and the connection to reply on.
     using Handler = std::function<void(const QString &path, QSslSocket &connection)>;
 
-    explicit DownloadServer(const TestAuthority::Identity &identity);
+    /// The certificate, a new one, is the only one that the program trusts, or none is.
+    explicit DownloadServer(Certificate certificate = Certificate::Trusted);
     ~DownloadServer() override;
 
     void setHandler(const Handler &handler) { m_handler = handler; }
+    /// Sends this reply to every request.
+    void serve(const QByteArray &body, const QByteArray &status = "200 OK",
+               const QByteArray &moreHeaders = {});
 
-    /// The requests that came to the server, without their header: "GET /path".
+    /// The requests to the server as "GET /path".
     [[nodiscard]] QStringList requests() const { return m_requests; }
-    /// The header of the last request that came to the server.
-    [[nodiscard]] QByteArray lastHeader() const { return m_lastHeader; }
-    /// What the proxy was asked for: "CONNECT host:port", and "GET http://..." were something not encrypted.
+    /// The requests to the proxy as "CONNECT host:port".
     [[nodiscard]] QStringList proxyRequests() const { return m_proxyRequests; }
 
-    /// Answers a request and closes the connection.
-    static void reply(QSslSocket &connection, const QByteArray &status, const QByteArray &body,
-                      const QByteArray &moreHeader = {});
-
-Q_SIGNALS:
-    void requested();
+    /// Sends a reply and closes the connection.
+    static void reply(QSslSocket &connection, const QByteArray &body, const QByteArray &status = "200 OK",
+                      const QByteArray &moreHeaders = {});
 
 private:
-    void serve();
-    void tunnel();
+    void acceptConnections();
+    void acceptTunnels();
 
     QSslServer m_server;
     QTcpServer m_proxy;
+    QSslConfiguration m_originalConfiguration = QSslConfiguration::defaultConfiguration();
     Handler m_handler;
     QStringList m_requests;
-    QByteArray m_lastHeader;
     QStringList m_proxyRequests;
 };
 

@@ -1,258 +1,342 @@
-#include "fakereply.h"
+#include "projectinfo.h"
 #include "support/dialogs.h"
 #include "support/network.h"
 #include "support/testmain.h"
+#include "support/translator.h"
 #include "support/warnings.h"
 #include "updates.h"
 #include "window.h"
 
+#include <QDesktopServices>
+#include <QLabel>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTranslator>
 
+#include <functional>
+#include <memory>
 #include <optional>
+
+using namespace Qt::StringLiterals;
+
+using CloseBox = std::function<void(QMessageBox &)>;
 
 namespace {
 
-enum class Asked { ByTheProgram, ByTheUser };
-
-/// Turns every text of the window into another.
-class Translator : public QTranslator
+/// Finishes a window's outstanding checks with this reply.
+void finish(const Window &window, QNetworkReply *reply)
 {
-public:
-    [[nodiscard]] bool isEmpty() const override { return false; }
-    [[nodiscard]] QString translate(const char *context, const char *, const char *, int) const override
-    {
-        return qstrcmp(context, "Window") == 0 ? QStringLiteral("translated") : QString();
-    }
-};
+    Q_EMIT networkOf(window)->finished(reply);
+}
+
+void expectOffer(DialogAnswers &answers, const CloseBox &close)
+{
+    answers.expect<QMessageBox>([close](QMessageBox &box) {
+        QCOMPARE(box.windowTitle(), u"Update Available"_s);
+        close(box);
+    });
+}
 
 } // namespace
 
-/// What the user is told of an update check, and that the answer is released whatever came of it.
+/// The messages of the update check, and the offer of a newer version. The replies do not come from the
+/// network.
 class tst_UpdateCheck : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase() { m_proxy.emplace(); }
-    void init() { failOnUnexpectedWarnings(); }
-    void cleanupTestCase() { m_proxy.reset(); }
+public Q_SLOTS:
+    void open(const QUrl &url) { m_opened.append(url); }
 
-    void tellsOfAFailureOnlyWhenAsked_data();
-    void tellsOfAFailureOnlyWhenAsked();
-    void tellsOfAnUnreadableAnswerOnlyWhenAsked_data();
-    void tellsOfAnUnreadableAnswerOnlyWhenAsked();
-    void tellsThatNothingIsNewerOnlyWhenAsked_data();
-    void tellsThatNothingIsNewerOnlyWhenAsked();
-    void offersANewerVersionAskedOrNot_data();
-    void offersANewerVersionAskedOrNot();
-    void forgetsThatTheUserAskedBeforeItSpeaks();
-    void forgetsThatTheUserAskedWithEveryAnswer_data();
-    void forgetsThatTheUserAskedWithEveryAnswer();
-    void speaksPlainStrings();
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanupTestCase();
+
+    void reportsOnlyWhenAsked_data();
+    void reportsOnlyWhenAsked();
+    void offersANewerVersionAtStartAndWhenAsked();
+    void firstOfTwoRepliesIsTheManualOne_data();
+    void firstOfTwoRepliesIsTheManualOne();
+    void nextCheckIsAutomaticWhileAMessageIsShown();
+    void offerShowsPlainText_data();
+    void offerShowsPlainText();
+    void downloadOpensThePublishedAddress_data();
+    void downloadOpensThePublishedAddress();
+    void visitSiteOpensTheWebPage();
+    void closingTheOfferOpensNothing_data();
+    void closingTheOfferOpensNothing();
+    void windowCanBeDestroyedWhileTheOfferIsShown();
+    void replyCanBeDestroyedWhileTheOfferIsShown();
 
 private:
-    /// Hands the window an answer and lets it go; fails when it is not released.
-    static void answer(Window &window, Asked asked, FakeReply *reply);
-
     std::optional<SilentProxy> m_proxy;
+    std::optional<BracketTranslator> m_translator;
+    QList<QUrl> m_opened;
 };
 
-void tst_UpdateCheck::answer(Window &window, Asked asked, FakeReply *reply)
+void tst_UpdateCheck::initTestCase()
 {
-    if (asked == Asked::ByTheUser)
-        pressCheckForUpdates(window);
-    const QSignalSpy destroyed(reply, &QObject::destroyed);
-    QVERIFY(QMetaObject::invokeMethod(&window, "onUpdateCheckFinished", Qt::DirectConnection,
-                                      Q_ARG(QNetworkReply *, reply)));
-    QCOMPARE(destroyed.size(), 0); // whoever sent the signal may still use it
-    QCoreApplication::sendPostedEvents(reply, QEvent::DeferredDelete);
-    QCOMPARE(destroyed.size(), 1);
+    m_proxy.emplace();
+    // The messages are not translated, so no test shows an effect.
+    m_translator.emplace("Window");
+    for (const auto scheme : {"https"_L1, "http"_L1, "file"_L1, "javascript"_L1})
+        QDesktopServices::setUrlHandler(scheme, this, "open");
 }
 
-void tst_UpdateCheck::tellsOfAFailureOnlyWhenAsked_data()
+void tst_UpdateCheck::init()
 {
-    QTest::addColumn<QNetworkReply::NetworkError>("error");
-    QTest::addColumn<QString>("reason");
+    failOnUnexpectedWarnings();
+    m_opened.clear();
+}
+
+void tst_UpdateCheck::cleanupTestCase()
+{
+    for (const auto scheme : {"https"_L1, "http"_L1, "file"_L1, "javascript"_L1})
+        QDesktopServices::unsetUrlHandler(scheme);
+    m_translator.reset();
+    m_proxy.reset();
+}
+
+void tst_UpdateCheck::reportsOnlyWhenAsked_data()
+{
+    using MakeReply = std::function<QNetworkReply *()>;
+    QTest::addColumn<MakeReply>("makeReply");
+    QTest::addColumn<QMessageBox::Icon>("icon");
+    QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("text");
 
-    const auto row = [](const char *name, QNetworkReply::NetworkError error, const char *reason) {
-        QTest::newRow(name) << error << QString::fromUtf8(reason)
-                            << QString::fromUtf8("Could not check for updates:\n") +
-                                   QString::fromUtf8(reason);
+    const auto failure = [](const char *name, QNetworkReply::NetworkError error, const QString &errorString,
+                            const QString &text) {
+        QTest::newRow(name) << MakeReply([=] { return new FakeReply(error, errorString); })
+                            << QMessageBox::Warning << u"Update Check Failed"_s << text;
     };
-    row("no connection", QNetworkReply::ConnectionRefusedError, "Connection refused");
-    row("no such host", QNetworkReply::HostNotFoundError, "Host downloads.corvalence.example not found");
-    row("no network", QNetworkReply::TemporaryNetworkFailureError, "Network session error.");
-    row("connection lost", QNetworkReply::RemoteHostClosedError, "Connection closed");
-    row("no trust", QNetworkReply::SslHandshakeFailedError, "SSL handshake failed");
-    row("cancelled", QNetworkReply::OperationCanceledError, "Operation canceled");
-    row("proxy", QNetworkReply::ProxyTimeoutError, "Proxy server connection timed out");
-    row("insecure redirect", QNetworkReply::InsecureRedirectError, "Insecure redirect");
-    row("not found", QNetworkReply::ContentNotFoundError, "server replied: Not Found");
-    row("server error", QNetworkReply::InternalServerError, "server replied: Internal Server Error");
-    row("unknown", QNetworkReply::UnknownNetworkError, "Unknown error");
-    row("places in the reason", QNetworkReply::UnknownServerError, "server replied: %1 %2");
-    row("markup in the reason", QNetworkReply::UnknownServerError, "server replied: <b>&amp;</b>");
-    QTest::newRow("timeout") << QNetworkReply::TimeoutError << QStringLiteral("Socket operation timed out")
-                             << QStringLiteral("Request timed out. Please check your internet connection.");
+    failure("timeout", QNetworkReply::TimeoutError, u"Socket operation timed out"_s,
+            u"Request timed out. Please check your internet connection."_s);
+    failure("refused", QNetworkReply::ConnectionRefusedError, u"Connection refused"_s,
+            u"Could not check for updates:\nConnection refused"_s);
+    failure("cancelled", QNetworkReply::OperationCanceledError, u"Operation canceled"_s,
+            u"Could not check for updates:\nOperation canceled"_s);
+    failure("placeholders and markup", QNetworkReply::UnknownServerError, u"%1 <b>&amp;</b>"_s,
+            u"Could not check for updates:\n%1 <b>&amp;</b>"_s);
+
+    const auto invalid = [](const char *name, const QByteArray &body) {
+        QTest::newRow(name) << MakeReply([=] { return new FakeReply(body); }) << QMessageBox::Warning
+                            << u"Version info Invalid"_s
+                            << u"Could not check for updates:\nVersion info invalid, contact Author."_s;
+    };
+    invalid("empty", {});
+    invalid("cut off", describe(u"3"_s).chopped(1));
+    invalid("too large", describe(u"3"_s, QString(100'000, u'n')));
+
+    const auto notNewer = [](const char *name, const QByteArray &body) {
+        QTest::newRow(name) << MakeReply([=] { return new FakeReply(body); }) << QMessageBox::Information
+                            << u"No Update Available"_s
+                            << u"Corvalence 2.2.0 is up to date.\n\nThank you for using Corvalence!"_s;
+    };
+    notNewer("equal", describe(u"2.2.0"_s));
+    notNewer("two segments", describe(u"2.2"_s));
+    notNewer("not a version", describe(u"newest"_s));
+    notNewer("no version", "<d><notes>3</notes></d>");
 }
 
-void tst_UpdateCheck::tellsOfAFailureOnlyWhenAsked()
+void tst_UpdateCheck::reportsOnlyWhenAsked()
 {
-    QFETCH(const QNetworkReply::NetworkError, error);
-    QFETCH(const QString, reason);
+    QFETCH(const std::function<QNetworkReply *()>, makeReply);
+    QFETCH(const QMessageBox::Icon, icon);
+    QFETCH(const QString, title);
     QFETCH(const QString, text);
-    Window window;
+    const Window window;
     DialogAnswers answers;
-
-    answer(window, Asked::ByTheProgram, new FakeReply(error, reason));
+    const QPointer<QNetworkReply> automatic = makeReply();
+    finish(window, automatic);
+    QVERIFY(automatic); // not deleted at once: the sender of the signal may still use it
     QCOMPARE(answers.problems(), QStringList());
 
-    answers.expectMessage(&window, QMessageBox::Warning, QStringLiteral("Update Check Failed"), text);
-    answer(window, Asked::ByTheUser, new FakeReply(error, reason));
-    QCOMPARE(answers.problems(), QStringList());
-}
-
-void tst_UpdateCheck::tellsOfAnUnreadableAnswerOnlyWhenAsked_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("text") << QByteArray("3.0.0");
-    QTest::newRow("cut off") << describe(QStringLiteral("3.0.0")).chopped(1);
-    QTest::newRow("web page") << QByteArray("<!DOCTYPE html><html><p>Moved<br></html>");
-    QTest::newRow("more than a mebibyte") << describe(QStringLiteral("3.0.0"), QString(1'100'000, u'n'));
-    QTest::newRow("entities") << QByteArray(
-        "<!DOCTYPE d [<!ENTITY a '3.0.0'>]><d><version>&a;</version></d>");
-}
-
-void tst_UpdateCheck::tellsOfAnUnreadableAnswerOnlyWhenAsked()
-{
-    QFETCH(const QByteArray, body);
-    Window window;
-    DialogAnswers answers;
-
-    answer(window, Asked::ByTheProgram, new FakeReply(body));
+    answers.expectMessage(&window, icon, title, text);
+    pressCheckForUpdates(window);
+    const QPointer<QNetworkReply> manual = makeReply();
+    finish(window, manual);
     QCOMPARE(answers.problems(), QStringList());
 
-    answers.expectMessage(
-        &window, QMessageBox::Warning, QStringLiteral("Version info Invalid"),
-        QStringLiteral("Could not check for updates:\nVersion info invalid, contact Author."));
-    answer(window, Asked::ByTheUser, new FakeReply(body));
-    QCOMPARE(answers.problems(), QStringList());
+    QVERIFY(manual);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!automatic && !manual);
 }
 
-void tst_UpdateCheck::tellsThatNothingIsNewerOnlyWhenAsked_data()
+void tst_UpdateCheck::offersANewerVersionAtStartAndWhenAsked()
 {
-    QTest::addColumn<QByteArray>("body");
-    QTest::newRow("equal") << describe(QStringLiteral("2.2.0"));
-    QTest::newRow("two segments") << describe(QStringLiteral("2.2"));
-    QTest::newRow("older") << describe(QStringLiteral("2.1.9"));
-    QTest::newRow("words") << describe(QStringLiteral("newest"));
-    QTest::newRow("empty") << describe(QString());
-    QTest::newRow("missing") << QByteArray("<d><notes>no version</notes></d>");
-    QTest::newRow("some other document") << QByteArray("<feed><entry>3.0.0</entry></feed>");
-}
-
-void tst_UpdateCheck::tellsThatNothingIsNewerOnlyWhenAsked()
-{
-    QFETCH(const QByteArray, body);
-    Window window;
-    DialogAnswers answers;
-
-    answer(window, Asked::ByTheProgram, new FakeReply(body));
-    QCOMPARE(answers.problems(), QStringList());
-
-    answers.expectMessage(&window, QMessageBox::Information, QStringLiteral("No Update Available"),
-                          upToDate());
-    answer(window, Asked::ByTheUser, new FakeReply(body));
-    QCOMPARE(answers.problems(), QStringList());
-}
-
-void tst_UpdateCheck::offersANewerVersionAskedOrNot_data()
-{
-    QTest::addColumn<QString>("version");
-    for (const char *version : {"2.2.1", "2.10", "3", "2.2.0.1", "2.3.0-beta"})
-        QTest::newRow(version) << QString::fromLatin1(version);
-}
-
-void tst_UpdateCheck::offersANewerVersionAskedOrNot()
-{
-    QFETCH(const QString, version);
-    Window window;
-    DialogAnswers answers;
-
-    for (const Asked asked : {Asked::ByTheProgram, Asked::ByTheUser}) {
-        answers.expect<QMessageBox>([version](QMessageBox &box) {
-            QCOMPARE(box.windowTitle(), QStringLiteral("Update Available"));
-            QCOMPARE(box.text(), QStringLiteral("A new version (") + version +
-                                     QStringLiteral(") is available!\n\nFirst.\nSecond."));
+    const Window window;
+    for (int check = 1; check <= 2; ++check) {
+        DialogAnswers answers;
+        expectOffer(answers, [&](QMessageBox &box) {
+            QCOMPARE(box.parentWidget(), &window);
+            QVERIFY(box.isModal());
+            QCOMPARE(box.icon(), QMessageBox::Information);
+            QCOMPARE(box.text(), u"A new version (2.10) is available!\n\nFaster.\n  Smaller."_s);
+            const QList<QAbstractButton *> buttons = box.buttons();
+            QCOMPARE(buttons.size(), 3);
+            QCOMPARE(buttons.at(0)->text(), u"Download"_s);
+            QCOMPARE(box.buttonRole(buttons.at(0)), QMessageBox::AcceptRole);
+            QCOMPARE(buttons.at(1)->text(), u"Visit Site"_s);
+            QCOMPARE(box.buttonRole(buttons.at(1)), QMessageBox::AcceptRole);
+            QCOMPARE(box.standardButton(buttons.at(2)), QMessageBox::Close);
+            QCOMPARE(box.defaultButton(), nullptr);
             box.reject();
         });
-        answer(window, asked, new FakeReply(describe(version, QStringLiteral("First.\nSecond."))));
+        finish(window, new FakeReply(describe(u"2.10"_s, u"Faster.\n  Smaller."_s)));
         QCOMPARE(answers.problems(), QStringList());
+        pressCheckForUpdates(window);
     }
 }
 
-void tst_UpdateCheck::forgetsThatTheUserAskedBeforeItSpeaks()
+void tst_UpdateCheck::firstOfTwoRepliesIsTheManualOne_data()
 {
-    Window window;
-    DialogAnswers answers;
-    // Another check fails while the user still reads the message of this one.
-    answers.expect<QMessageBox>([&window](QMessageBox &box) {
-        answer(window, Asked::ByTheProgram,
-               new FakeReply(QNetworkReply::HostNotFoundError, QStringLiteral("Host not found")));
-        box.accept();
-    });
-    answer(window, Asked::ByTheUser, new FakeReply(describe(QStringLiteral("2.2.0"))));
-    QCOMPARE(answers.problems(), QStringList());
-}
-
-void tst_UpdateCheck::forgetsThatTheUserAskedWithEveryAnswer_data()
-{
-    QTest::addColumn<QNetworkReply::NetworkError>("error");
     QTest::addColumn<QByteArray>("body");
-    QTest::newRow("failure") << QNetworkReply::HostNotFoundError << QByteArray();
-    QTest::newRow("unreadable") << QNetworkReply::NoError << QByteArray("no XML");
-    QTest::newRow("equal") << QNetworkReply::NoError << describe(QStringLiteral("2.2.0"));
-    QTest::newRow("newer") << QNetworkReply::NoError << describe(QStringLiteral("3"));
+    QTest::addColumn<QString>("title");
+    QTest::newRow("newer") << describe(u"3"_s) << u"Update Available"_s;
+    QTest::newRow("equal") << describe(u"2.2.0"_s) << u"No Update Available"_s;
+    QTest::newRow("invalid") << QByteArray("no XML") << u"Version info Invalid"_s;
 }
 
-void tst_UpdateCheck::forgetsThatTheUserAskedWithEveryAnswer()
+void tst_UpdateCheck::firstOfTwoRepliesIsTheManualOne()
 {
-    QFETCH(const QNetworkReply::NetworkError, error);
     QFETCH(const QByteArray, body);
-    Window window;
+    QFETCH(const QString, title);
+    const Window window;
+    pressCheckForUpdates(window); // while the automatic check is outstanding
     DialogAnswers answers;
-    answers.expectAndCancel<QMessageBox>();
-    answer(window, Asked::ByTheUser,
-           error == QNetworkReply::NoError ? new FakeReply(body)
-                                           : new FakeReply(error, QStringLiteral("no")));
-    answer(window, Asked::ByTheProgram, new FakeReply(error, QStringLiteral("no")));
-    answer(window, Asked::ByTheProgram, new FakeReply(describe(QStringLiteral("2.2.0"))));
-    QCOMPARE(answers.problems(), QStringList());
-}
-
-void tst_UpdateCheck::speaksPlainStrings()
-{
-    Window window;
-    DialogAnswers answers;
-    Translator translator;
-    QVERIFY(QCoreApplication::installTranslator(&translator));
-
-    answers.expectMessage(&window, QMessageBox::Information, QStringLiteral("No Update Available"),
-                          upToDate());
-    answer(window, Asked::ByTheUser, new FakeReply(describe(QStringLiteral("2.2.0"))));
-    answers.expectMessage(&window, QMessageBox::Warning, QStringLiteral("Update Check Failed"),
-                          QStringLiteral("Could not check for updates:\nno"));
-    answer(window, Asked::ByTheUser, new FakeReply(QNetworkReply::UnknownNetworkError, QStringLiteral("no")));
-    answers.expect<QMessageBox>([](QMessageBox &box) {
-        QCOMPARE(box.windowTitle(), QStringLiteral("Update Available"));
-        QCOMPARE(box.buttons().first()->text(), QStringLiteral("Download"));
+    answers.expect<QMessageBox>([title](QMessageBox &box) {
+        QCOMPARE(box.windowTitle(), title);
         box.reject();
     });
-    answer(window, Asked::ByTheProgram, new FakeReply(describe(QStringLiteral("3"))));
+    finish(window, new FakeReply(body));
+    QCOMPARE(answers.problems(), QStringList());
+
+    // The second reply has no handler, so it is not deleted either.
+    const auto second = std::make_unique<FakeReply>(describe(u"3"_s));
+    finish(window, second.get());
+    QVERIFY(second->bytesAvailable() > 0);
+    QCOMPARE(answers.problems(), QStringList());
+}
+
+void tst_UpdateCheck::nextCheckIsAutomaticWhileAMessageIsShown()
+{
+    Window window;
+    finish(window, new FakeReply(describe(u"2.2.0"_s)));
+    pressCheckForUpdates(window);
+    DialogAnswers answers;
+    answers.expect<QMessageBox>([&window](QMessageBox &box) {
+        QVERIFY(QMetaObject::invokeMethod(&window, "onUpdateCheckFinished",
+                                          Q_ARG(QNetworkReply *, new FakeReply(QByteArray()))));
+        box.accept();
+    });
+    finish(window, new FakeReply(describe(u"2.2.0"_s)));
+    QCOMPARE(answers.problems(), QStringList());
+}
+
+void tst_UpdateCheck::offerShowsPlainText_data()
+{
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("notes");
+    QTest::newRow("markup") << u"3<b>!</b>"_s << u"<img src=\"file:///picture.png\"> &lt;"_s;
+    QTest::newRow("placeholders") << u"3%2"_s << u"%1 %2 %3"_s;
+}
+
+void tst_UpdateCheck::offerShowsPlainText()
+{
+    QFETCH(const QString, version);
+    QFETCH(const QString, notes);
+    const Window window;
+    DialogAnswers answers;
+    expectOffer(answers, [&](QMessageBox &box) {
+        const auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s);
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+        QCOMPARE(label->text(), "A new version ("_L1 + version + ") is available!\n\n"_L1 + notes);
+        box.reject();
+    });
+    finish(window, new FakeReply(describe(version, notes)));
+    QCOMPARE(answers.problems(), QStringList());
+}
+
+void tst_UpdateCheck::downloadOpensThePublishedAddress_data()
+{
+    QTest::addColumn<QString>("published");
+    QTest::newRow("query and fragment") << u"https://corvalence.example/d?a=1&b=%20x#lin"_s;
+    QTest::newRow("blank") << u"https://corvalence.example/the newest"_s;
+    QTest::newRow("not ASCII") << u"http://corvalence.example/zähler"_s;
+    // The address is not checked: HTTPS has shown who published it.
+    QTest::newRow("file") << u"file:///usr/bin/true"_s;
+    QTest::newRow("script") << u"javascript:alert(1)"_s;
+    QTest::newRow("none") << QString();
+}
+
+void tst_UpdateCheck::downloadOpensThePublishedAddress()
+{
+    QFETCH(const QString, published);
+    const Window window;
+    DialogAnswers answers;
+    expectOffer(answers, [](QMessageBox &box) { box.buttons().at(0)->click(); });
+    finish(window, new FakeReply(describe(u"3"_s, {}, published)));
+    QCOMPARE(answers.problems(), QStringList());
+    QCOMPARE(m_opened, published.isEmpty() ? QList<QUrl>() : QList{QUrl(published, QUrl::TolerantMode)});
+}
+
+void tst_UpdateCheck::visitSiteOpensTheWebPage()
+{
+    const Window window;
+    DialogAnswers answers;
+    expectOffer(answers, [](QMessageBox &box) { box.buttons().at(1)->click(); });
+    finish(window, new FakeReply(describe(u"3"_s, {}, u"https://corvalence.example/download"_s)));
+    QCOMPARE(answers.problems(), QStringList());
+    QCOMPARE(m_opened, QList{QUrl(projectInfo::webPageUrl.toString())});
+    QCOMPARE(m_opened.first().scheme(), u"https"_s);
+}
+
+void tst_UpdateCheck::closingTheOfferOpensNothing_data()
+{
+    QTest::addColumn<CloseBox>("close");
+    QTest::newRow("Close") << CloseBox([](QMessageBox &box) { box.button(QMessageBox::Close)->click(); });
+    QTest::newRow("Escape") << CloseBox([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    QTest::newRow("title bar") << CloseBox([](QMessageBox &box) { box.close(); });
+}
+
+void tst_UpdateCheck::closingTheOfferOpensNothing()
+{
+    QFETCH(const CloseBox, close);
+    const Window window;
+    DialogAnswers answers;
+    expectOffer(answers, close);
+    finish(window, new FakeReply(describe(u"3"_s, {}, u"https://corvalence.example/download"_s)));
+    QCOMPARE(answers.problems(), QStringList());
+    QCOMPARE(m_opened, QList<QUrl>());
+}
+
+void tst_UpdateCheck::windowCanBeDestroyedWhileTheOfferIsShown()
+{
+    auto window = std::make_unique<Window>();
+    const QPointer<FakeReply> reply = new FakeReply(describe(u"3"_s));
+    DialogAnswers answers;
+    expectOffer(answers, [&window](QMessageBox &) { window.reset(); });
+    // Not finish(): the sender of the signal is destroyed with the window.
+    QVERIFY(QMetaObject::invokeMethod(window.get(), "onUpdateCheckFinished",
+                                      Q_ARG(QNetworkReply *, reply.data())));
+    QCOMPARE(answers.problems(), QStringList());
+    QCOMPARE(m_opened, QList<QUrl>());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!reply);
+}
+
+void tst_UpdateCheck::replyCanBeDestroyedWhileTheOfferIsShown()
+{
+    const Window window;
+    const QPointer<FakeReply> reply = new FakeReply(describe(u"3"_s));
+    DialogAnswers answers;
+    expectOffer(answers, [reply](QMessageBox &box) {
+        delete reply;
+        box.reject();
+    });
+    finish(window, reply);
     QCOMPARE(answers.problems(), QStringList());
 }
 

@@ -1,19 +1,37 @@
 #ifndef UPDATES_H
 #define UPDATES_H
 
-#include <QByteArray>
-#include <QString>
-
-class QWidget;
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QWidget>
 
 /// A version description as the project publishes it.
 [[nodiscard]] QByteArray describe(const QString &version, const QString &notes = {},
                                   const QString &downloadUrl = {});
 
+/// The network access of a window.
+[[nodiscard]] QNetworkAccessManager *networkOf(const QWidget &window);
+
 /// Presses "Check For Updates".
 void pressCheckForUpdates(const QWidget &window);
 
-/// What the user is told in answer to "Check For Updates" when there is nothing newer.
-[[nodiscard]] QString upToDate();
+/// A finished reply, with a body or an error, that did not come from the network.
+class FakeReply : public QNetworkReply
+{
+    Q_OBJECT
+
+public:
+    explicit FakeReply(const QByteArray &body);
+    FakeReply(NetworkError error, const QString &errorString);
+
+    void abort() override {}
+    [[nodiscard]] qint64 bytesAvailable() const override;
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override;
+
+private:
+    QByteArray m_body;
+};
 
 #endif
