@@ -1,5 +1,5 @@
-# How the project's own code is compiled. Everything built here links corvalence_options privately, so that
-# a program which uses the libraries is not made to share the choices.
+# Compiler options. All targets link corvalence_options privately, so that programs which use the libraries do not get
+# these options.
 add_library(corvalence_options INTERFACE)
 target_compile_features(corvalence_options INTERFACE cxx_std_20)
 target_compile_definitions(corvalence_options INTERFACE
@@ -18,8 +18,7 @@ else()
     target_compile_options(corvalence_options INTERFACE
         -Wall -Wextra -Wpedantic -Wconversion -Wdouble-promotion -Wnon-virtual-dtor -Wold-style-cast
         -Woverloaded-virtual -Wshadow
-        # A fused multiply-add rounds once instead of twice; without it a tick has the same angle on every
-        # processor.
+        # No fused multiply-add: it rounds once instead of twice, and ticks would have other angles on some processors.
         -ffp-contract=off)
     if(CORVALENCE_WARNINGS_AS_ERRORS)
         target_compile_options(corvalence_options INTERFACE -Werror)

@@ -1,4 +1,4 @@
-# The packages, made by cpack: the portable archive when Qt is carried along, else a Debian package.
+# Packages, made by cpack: with CORVALENCE_PORTABLE the archive that contains Qt, otherwise a Debian package.
 set(CPACK_PACKAGE_NAME corvalence)
 set(CPACK_PACKAGE_VENDOR "The Corvalence developers")
 set(CPACK_PACKAGE_CONTACT "${CORVALENCE_MAINTAINER}")
@@ -19,7 +19,7 @@ if(CORVALENCE_PORTABLE)
     set(CPACK_EXTERNAL_PACKAGE_SCRIPT "${PROJECT_SOURCE_DIR}/packaging/portable/pack.cmake")
 else()
     set(CPACK_GENERATOR DEB)
-    # So that the entries that name programs name them where they will be.
+    # CMAKE_INSTALL_PREFIX is then the final path, which the desktop files contain.
     set(CPACK_SET_DESTDIR ON)
     set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/packaging/debian/finish.cmake")
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -1,4 +1,4 @@
-# Runs when CPack has installed everything for the portable archive: packs it, the same bytes from the same files.
+# CPack runs this after the installation for the portable archive. The same files give the same bytes.
 set(date "$ENV{SOURCE_DATE_EPOCH}")
 set(name "${CPACK_PACKAGE_FILE_NAME}")
 set(stage "${CPACK_TEMPORARY_DIRECTORY}")
