@@ -236,6 +236,7 @@ QImage editorPicture()
 void drawGuide(const QDir &docs)
 {
     const QDir guide = docs.filePath(u"guide"_s);
+    guide.mkpath(u"."_s);
     drawAirspeedIndicator(guide);
     savePicture(biasPicture(), guide.filePath(u"bias.png"_s));
     savePicture(ringsPicture(), guide.filePath(u"rings.png"_s));
