@@ -2,14 +2,42 @@
 
 #include "support/dialogs.h"
 
+#include <QColorDialog>
+#include <QFontDialog>
 #include <QInputDialog>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Clicks a button and answers its dialog.
+template <typename Dialog>
+void answerDialog(QAbstractButton &button, std::function<void(Dialog &)> answer)
+{
+    DialogAnswers answers;
+    answers.expect<Dialog>([answer](Dialog &dialog) {
+        answer(dialog);
+        dialog.accept();
+    });
+    button.click();
+    if (!answers.problems().isEmpty())
+        qFatal("%s: %s", qPrintable(button.objectName()), qPrintable(answers.problems().join(u"; "_s)));
+}
+
+} // namespace
+
 QListWidget *Editor::layerList() const
 {
     return control<QListWidget>("layerList"_L1);
+}
+
+QStringList Editor::layerNames() const
+{
+    QStringList names;
+    for (int row = 0; row < layerList()->count(); ++row)
+        names.append(layerList()->item(row)->text());
+    return names;
 }
 
 void Editor::call(const char *slot)
@@ -20,14 +48,58 @@ void Editor::call(const char *slot)
 
 void Editor::addLayer(const QString &name) const
 {
-    DialogAnswers answers;
-    answers.expect<QInputDialog>([name](QInputDialog &dialog) {
-        dialog.setTextValue(name);
-        dialog.accept();
-    });
-    control<QPushButton>("AddLayerButton"_L1)->click();
-    if (!answers.problems().isEmpty())
-        qFatal("No layer was added: %s", qPrintable(answers.problems().join(u"; "_s)));
+    answerDialog<QInputDialog>(*control<QPushButton>("AddLayerButton"_L1),
+                               [name](QInputDialog &dialog) { dialog.setTextValue(name); });
+}
+
+void Editor::edit(const GaugeField &field, const QVariant &value) const
+{
+    auto *widget = control<QWidget>(field.control);
+    if (field.position == GaugeField::insideFont) {
+        answerDialog<QFontDialog>(*control<QAbstractButton>(field.control), [&](QFontDialog &dialog) {
+            gaugeData layer;
+            layer.tickCountFont = dialog.currentFont();
+            field.set(layer, value);
+            dialog.setCurrentFont(layer.tickCountFont);
+        });
+    } else if (auto *number = qobject_cast<QDoubleSpinBox *>(widget)) {
+        number->setValue(value.toDouble());
+    } else if (auto *integer = qobject_cast<QSpinBox *>(widget)) {
+        integer->setValue(value.toInt());
+    } else if (auto *biasType = qobject_cast<QComboBox *>(widget)) {
+        QTest::keyClick(biasType, value.toBool() ? Qt::Key_Down : Qt::Key_Up);
+    } else if (auto *check = qobject_cast<QCheckBox *>(widget)) {
+        if (check->isChecked() != value.toBool())
+            check->click();
+    } else {
+        answerDialog<QColorDialog>(*control<QToolButton>(field.control), [&](QColorDialog &dialog) {
+            dialog.setCurrentColor(value.value<QColor>());
+        });
+    }
+}
+
+gaugeData Editor::shownLayer() const
+{
+    gaugeData layer;
+    for (const GaugeField &field : gaugeFields()) {
+        auto *widget = control<QWidget>(field.control);
+        if (field.position == GaugeField::insideFont) {
+            gaugeData shown;
+            shown.tickCountFont = widget->font();
+            field.set(layer, field.get(shown));
+        } else if (const auto *biasType = qobject_cast<QComboBox *>(widget)) {
+            field.set(layer, biasType->currentIndex() == 1);
+        } else if (const auto *check = qobject_cast<QCheckBox *>(widget)) {
+            field.set(layer, check->isChecked());
+        } else if (field.kind == GaugeField::Color) {
+            const QColor color(widget->styleSheet().mid(18, 7));
+            const bool isUsual = widget->styleSheet() == u"background-color: %1}"_s.arg(color.name());
+            field.set(layer, isUsual ? color : QColor());
+        } else {
+            field.set(layer, widget->property("value"));
+        }
+    }
+    return layer;
 }
 
 void Editor::show()
@@ -38,25 +110,14 @@ void Editor::show()
     QCoreApplication::processEvents();
 }
 
-QStringList boundControls()
+QByteArray slotOf(const GaugeField &field)
 {
-    QStringList names{u"gaugeStartAngleSpinBox"_s, u"gaugeAngleLengthSpinBox"_s, u"gaugeBiasSpinBox"_s,
-                      u"biasTypeComboBox"_s, u"roundedTickCapsCheckBox"_s};
-    for (int ring = 1; ring <= 3; ++ring) {
-        for (const auto control : {"SpinBox"_L1, "InnerRadiusSpinBox"_L1, "OuterRadiusSpinBox"_L1,
-                                   "WidthSpinBox"_L1, "ColorButton"_L1})
-            names.append(u"gaugeDivisions%1%2"_s.arg(ring).arg(control));
+    if (field.name.endsWith(']')) {
+        const char index = static_cast<char>(field.name.at(field.name.size() - 2) + 1);
+        return (field.name.startsWith("arc") ? QByteArray("arc") : QByteArray("divisions")) + index +
+               "Changed";
     }
-    names.append(u"roundedArcCapsCheckBox"_s);
-    for (int arc = 1; arc <= 4; ++arc) {
-        for (const auto control : {"StartAngleSpinBox"_L1, "AngleLengthSpinBox"_L1, "RadiusSpinBox"_L1,
-                                   "WidthSpinBox"_L1, "ColorButton"_L1})
-            names.append(u"arc%1%2"_s.arg(arc).arg(control));
-    }
-    names += {u"tickCountRadiusSpinBox"_s,  u"tickCountDecimalPlacesSpinBox"_s,
-              u"tickCountStartSpinBox"_s,   u"tickCountIncrementSpinBox"_s,
-              u"tickCountFontButton"_s,     u"tickColorButton"_s,
-              u"tickCountRotateCheckBox"_s, u"tickCountCheckBox"_s,
-              u"skipFirstTickCheckBox"_s};
-    return names;
+    if (field.name.startsWith("rounded"))
+        return "capsChanged";
+    return field.name.startsWith("tickCount") ? "tickSettingsChanged" : "angleChanged";
 }

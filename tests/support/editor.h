@@ -2,16 +2,17 @@
 #define EDITOR_H
 
 #include "render/renderarea.h"
+#include "support/records.h"
 #include "window.h"
 
 #include <QLatin1StringView>
 #include <QStringList>
 
-/// A real window, its controls by object name, and its preview. Not shown until show() is called.
+/// A window and its controls by object name. The window is not shown until show() is called.
 class Editor
 {
 public:
-    /// The control of that name and type. Ends the test program when there is none.
+    /// The control with this name and type. Ends the test program if there is none.
     template <typename Control>
     [[nodiscard]] Control *control(const QString &name) const
     {
@@ -27,19 +28,26 @@ public:
     }
     [[nodiscard]] RenderArea *preview() const { return window.findChild<RenderArea *>(); }
     [[nodiscard]] QListWidget *layerList() const;
+    /// The names in the layer list.
+    [[nodiscard]] QStringList layerNames() const;
 
     /// Calls a slot without arguments by its name.
     void call(const char *slot);
-    /// Adds a layer as a user does, through the button and its dialog.
+    /// Adds a layer with the button and its dialog.
     void addLayer(const QString &name) const;
+    /// Gives a field of the active layer a value with its control and, for colours and fonts, its dialog.
+    void edit(const GaugeField &field, const QVariant &value) const;
+    /// The layer whose values the controls show. A colour is invalid if its button has another style sheet
+    /// than the window gives it.
+    [[nodiscard]] gaugeData shownLayer() const;
     /// Shows the window and waits until it is on the screen and painted.
     void show();
 
     Window window;
 };
 
-/// The object names of the 50 controls that show the active layer, in the order in which their signals are
-/// blocked.
-[[nodiscard]] QStringList boundControls();
+/// The slot of the window that stores the value of this field's control, and of all controls of the same
+/// group, in the active layer.
+[[nodiscard]] QByteArray slotOf(const GaugeField &field);
 
 #endif

@@ -1,14 +1,41 @@
 #include "support/editor.h"
 #include "support/paintcounter.h"
-#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
+#include <QSet>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-/// What an edit does beyond its own field: the preview, the other layers, the group it belongs to.
+namespace {
+
+/// The active layer, row 1 of two.
+class EditorOfTwoLayers : public Editor
+{
+public:
+    EditorOfTwoLayers()
+    {
+        addLayer(u"second"_s);
+        layerList()->setCurrentRow(1);
+    }
+
+    /// The fields in which the active layer differs from @a before. Says so if the working copy differs from
+    /// the row, or if the other row has changed.
+    [[nodiscard]] QStringList changedFields(const gaugeData &before) const
+    {
+        QStringList changed = differingFields(before, preview()->layers.at(1));
+        if (!differingFields(preview()->workingLayer, preview()->layers.at(1)).isEmpty())
+            changed.append(u"working copy"_s);
+        if (!differingFields(preview()->layers.at(0), gaugeData()).isEmpty())
+            changed.append(u"other row"_s);
+        return changed;
+    }
+};
+
+} // namespace
+
+/// Edits of the controls change the active layer.
 class tst_Binding : public QObject
 {
     Q_OBJECT
@@ -16,31 +43,125 @@ class tst_Binding : public QObject
 private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
-    void editRepaintsThePreview();
+    void editChangesItsFieldOnly_data();
+    void editChangesItsFieldOnly();
+    void slotStoresAllControlsOfItsGroup_data();
+    void slotStoresAllControlsOfItsGroup();
+    void slotsOfNewWindowKeepTheDefaults();
+    void valueSetByCodeChangesNothing_data();
+    void valueSetByCodeChangesNothing();
+    void exportSizeChangesNothing();
     void typedNumberReachesTheLayer();
-    void editWithoutActiveLayerStaysInTheWorkingCopy();
-    void handlerPushesItsWholeGroup_data();
-    void handlerPushesItsWholeGroup();
+    void editRepaintsThePreview();
+    void editWithoutActiveLayerChangesTheWorkingCopyOnly();
     void midpointIsAnyTypeButTheFirst();
-    void backToExponential();
-    void decimalPlacesAreShownByStartAndIncrement();
-    void decimalPlacesRoundWhatIsShown();
+    void decimalPlacesRoundStartAndIncrement();
     void firstLabelEditTakesTheButtonsFont_data();
     void firstLabelEditTakesTheButtonsFont();
-    void otherEditLeavesTheLabelFont();
-    void colorIsReadFromTheButtonOfANeverShownWindow_data();
-    void colorIsReadFromTheButtonOfANeverShownWindow();
-    void restyledButtonGivesItsNewColor();
+    void colorIsReadFromTheButton();
 };
 
-void tst_Binding::editRepaintsThePreview()
+void tst_Binding::editChangesItsFieldOnly_data()
+{
+    QTest::addColumn<QVariant>("value");
+    for (const GaugeField &field : gaugeFields()) {
+        // The font dialog offers only fonts that are installed.
+        if (field.position != GaugeField::insideFont || field.name.endsWith("pointSize"))
+            QTest::newRow(field.name) << field.other;
+    }
+}
+
+void tst_Binding::editChangesItsFieldOnly()
+{
+    QFETCH(QVariant, value);
+    const GaugeField &field = gaugeField(QTest::currentDataTag());
+    const EditorOfTwoLayers editor;
+    // Start and increment show as many decimals.
+    editor.edit(gaugeField("tickCountDecimalPlaces"), 2);
+    const gaugeData before = editor.preview()->workingLayer;
+    editor.edit(field, value);
+    QCOMPARE(editor.changedFields(before), QStringList(QString::fromLatin1(field.name)));
+    QCOMPARE(field.get(editor.preview()->workingLayer), value);
+    QCOMPARE(field.get(editor.shownLayer()), value);
+}
+
+void tst_Binding::slotStoresAllControlsOfItsGroup_data()
+{
+    QTest::addColumn<QStringList>("fields");
+    QMap<QByteArray, QStringList> fields;
+    for (const GaugeField &field : gaugeFields())
+        fields[slotOf(field)].append(QString::fromLatin1(field.name));
+    fields["tickDecimalsChanged"] = fields["tickSettingsChanged"];
+    QCOMPARE(fields.size(), 11);
+    for (auto row = fields.cbegin(); row != fields.cend(); ++row)
+        QTest::newRow(row.key()) << row.value();
+}
+
+void tst_Binding::slotStoresAllControlsOfItsGroup()
+{
+    QFETCH(QStringList, fields);
+    Editor editor;
+    editor.preview()->workingLayer = sampleLayer();
+    editor.call("setActiveGauge");
+    // Now the controls show one layer, and the working copy and the row hold another.
+    editor.preview()->workingLayer = gaugeData();
+    editor.call(QTest::currentDataTag());
+    QCOMPARE(differingFields(editor.preview()->workingLayer, gaugeData()), fields);
+    QCOMPARE(differingFields(editor.preview()->layers.first(), gaugeData()), fields);
+    for (const QString &name : fields) {
+        const GaugeField &field = gaugeField(name.toLatin1());
+        QCOMPARE(field.get(editor.preview()->workingLayer), field.other);
+    }
+}
+
+void tst_Binding::slotsOfNewWindowKeepTheDefaults()
+{
+    // In particular, colours are read from buttons that were never shown.
+    Editor editor;
+    QSet<QByteArray> called;
+    for (const GaugeField &field : gaugeFields())
+        called.insert(slotOf(field));
+    for (const QByteArray &slot : std::as_const(called))
+        editor.call(slot);
+    QStringList changed = differingFields(editor.preview()->layers.first(), gaugeData());
+    changed.removeIf([](const QString &name) { return name.startsWith("tickCountFont"_L1); });
+    QCOMPARE(changed, QStringList());
+}
+
+void tst_Binding::valueSetByCodeChangesNothing_data()
+{
+    QTest::addColumn<QVariant>("value");
+    for (const GaugeField &field : gaugeFields()) {
+        if (field.kind == GaugeField::Flag && field.position != GaugeField::insideFont)
+            QTest::newRow(field.name) << field.other;
+    }
+}
+
+void tst_Binding::valueSetByCodeChangesNothing()
+{
+    QFETCH(QVariant, value);
+    const GaugeField &field = gaugeField(QTest::currentDataTag());
+    const EditorOfTwoLayers editor;
+    auto *control = editor.control<QWidget>(field.control);
+    control->setProperty("checked", value);
+    control->setProperty("currentIndex", value.toInt());
+    QCOMPARE(field.get(editor.shownLayer()), value);
+    QCOMPARE(editor.changedFields(gaugeData()), QStringList());
+}
+
+void tst_Binding::exportSizeChangesNothing()
 {
     Editor editor;
+    editor.preview()->workingLayer = sampleLayer();
     editor.show();
     const PaintCounter paints(editor.preview());
-    editor.control<QDoubleSpinBox>("gaugeStartAngleSpinBox"_L1)->setValue(30.0);
+    auto *size = editor.control<QSpinBox>("pngSizeSpinBox"_L1);
+    QTest::keyClick(size, Qt::Key_Up);
     QCoreApplication::processEvents();
-    QVERIFY(paints.count() > 0);
+    QCOMPARE(size->value(), 512 + 32);
+    QCOMPARE(differingFields(editor.preview()->workingLayer, sampleLayer()), QStringList());
+    QCOMPARE(differingFields(editor.preview()->layers.first(), gaugeData()), QStringList());
+    QCOMPARE(paints.count(), 0);
 }
 
 void tst_Binding::typedNumberReachesTheLayer()
@@ -54,180 +175,73 @@ void tst_Binding::typedNumberReachesTheLayer()
     QCOMPARE(editor.preview()->layers.first().angleLength, 271.0);
 }
 
-void tst_Binding::editWithoutActiveLayerStaysInTheWorkingCopy()
+void tst_Binding::editRepaintsThePreview()
+{
+    Editor editor;
+    editor.show();
+    const PaintCounter paints(editor.preview());
+    editor.edit(gaugeField("startAngle"), 30.0);
+    QCoreApplication::processEvents();
+    QVERIFY(paints.count() > 0);
+}
+
+void tst_Binding::editWithoutActiveLayerChangesTheWorkingCopyOnly()
 {
     const Editor editor;
     editor.layerList()->setCurrentRow(-1);
-    editor.control<QDoubleSpinBox>("gaugeStartAngleSpinBox"_L1)->setValue(30.0);
+    editor.edit(gaugeField("startAngle"), 30.0);
     QCOMPARE(editor.preview()->workingLayer.startAngle, 30.0);
     QCOMPARE(differingFields(editor.preview()->layers.first(), gaugeData()), QStringList());
-}
-
-void tst_Binding::handlerPushesItsWholeGroup_data()
-{
-    QTest::addColumn<QStringList>("fields");
-    QTest::newRow("angleChanged") << QStringList{u"startAngle"_s, u"angleLength"_s, u"bias"_s,
-                                                 u"midpointBias"_s};
-    QTest::newRow("capsChanged") << QStringList{u"roundedTickCaps"_s, u"roundedArcCaps"_s};
-    for (int ring = 0; ring < 3; ++ring) {
-        QStringList fields;
-        for (const auto field : {"divisionCount"_L1, "divisionInnerRadius"_L1, "divisionOuterRadius"_L1,
-                                 "divisionLineWidth"_L1, "divisionColor"_L1})
-            fields.append(u"%1[%2]"_s.arg(field).arg(ring));
-        QTest::addRow("divisions%dChanged", ring + 1) << fields;
-    }
-    for (int arc = 0; arc < 4; ++arc) {
-        QStringList fields;
-        for (const auto field :
-             {"arcStartAngle"_L1, "arcAngleLength"_L1, "arcRadius"_L1, "arcWidth"_L1, "arcColor"_L1})
-            fields.append(u"%1[%2]"_s.arg(field).arg(arc));
-        QTest::addRow("arc%dChanged", arc + 1) << fields;
-    }
-    QStringList labels;
-    for (const GaugeField &field : gaugeFields()) {
-        if (field.name.startsWith("tickCount"))
-            labels.append(QString::fromLatin1(field.name));
-    }
-    QTest::newRow("tickSettingsChanged") << labels;
-    QTest::newRow("tickDecimalsChanged") << labels;
-}
-
-void tst_Binding::handlerPushesItsWholeGroup()
-{
-    QFETCH(QStringList, fields);
-    Editor editor;
-    editor.preview()->workingLayer = sampleLayer();
-    editor.call("setActiveGauge");
-    // The controls show one layer, the working copy and the row hold another: what the handler pushes is
-    // what it reads from its group, and nothing else.
-    editor.preview()->workingLayer = gaugeData();
-    editor.call(QTest::currentDataTag());
-    QCOMPARE(differingFields(editor.preview()->workingLayer, gaugeData()), fields);
-    QCOMPARE(differingFields(editor.preview()->layers.first(), gaugeData()), fields);
-    const auto pushed = valuesOf(editor.preview()->workingLayer);
-    const auto expected = valuesOf(sampleLayer());
-    for (const QString &field : fields)
-        QCOMPARE(pushed.value(field.toLatin1()), expected.value(field.toLatin1()));
 }
 
 void tst_Binding::midpointIsAnyTypeButTheFirst()
 {
     Editor editor;
-    auto &types = *editor.control<QComboBox>("biasTypeComboBox"_L1);
-    for (const int index : {0, 1, -1}) {
-        types.setCurrentIndex(index);
+    for (const int index : {1, 0, -1}) {
+        editor.control<QComboBox>("biasTypeComboBox"_L1)->setCurrentIndex(index);
         editor.call("angleChanged");
         QCOMPARE(editor.preview()->layers.first().midpointBias, index != 0);
     }
 }
 
-void tst_Binding::backToExponential()
+void tst_Binding::decimalPlacesRoundStartAndIncrement()
 {
     const Editor editor;
-    auto *types = editor.control<QComboBox>("biasTypeComboBox"_L1);
-    QTest::keyClick(types, Qt::Key_Down);
-    QVERIFY(editor.preview()->layers.first().midpointBias);
-    QTest::keyClick(types, Qt::Key_Up);
-    QVERIFY(!editor.preview()->layers.first().midpointBias);
-}
-
-void tst_Binding::decimalPlacesAreShownByStartAndIncrement()
-{
-    const Editor editor;
-    editor.control<QSpinBox>("tickCountDecimalPlacesSpinBox"_L1)->setValue(2);
-    for (const auto name : {"tickCountStartSpinBox"_L1, "tickCountIncrementSpinBox"_L1}) {
-        const auto &box = *editor.control<QDoubleSpinBox>(name);
-        QCOMPARE(box.decimals(), 2);
-        QCOMPARE(box.text(), box.locale().toString(box.value(), 'f', 2));
-    }
-    QCOMPARE(editor.preview()->layers.first().tickCountDecimalPlaces, 2);
-}
-
-void tst_Binding::decimalPlacesRoundWhatIsShown()
-{
-    const Editor editor;
-    auto &decimals = *editor.control<QSpinBox>("tickCountDecimalPlacesSpinBox"_L1);
-    decimals.setValue(3);
-    editor.control<QDoubleSpinBox>("tickCountStartSpinBox"_L1)->setValue(1.25);
-    editor.control<QDoubleSpinBox>("tickCountIncrementSpinBox"_L1)->setValue(0.75);
-    QCOMPARE(editor.preview()->layers.first().tickCountStart, 1.25);
-    decimals.setValue(0);
+    editor.edit(gaugeField("tickCountDecimalPlaces"), 3);
+    editor.edit(gaugeField("tickCountStart"), 1.125);
+    editor.edit(gaugeField("tickCountIncrement"), 0.75);
+    QCOMPARE(editor.preview()->layers.first().tickCountStart, 1.125);
+    editor.edit(gaugeField("tickCountDecimalPlaces"), 0);
     QCOMPARE(editor.preview()->layers.first().tickCountStart, 1.0);
     QCOMPARE(editor.preview()->layers.first().tickCountIncrement, 1.0);
-    QCOMPARE(editor.preview()->layers.first().tickCountDecimalPlaces, 0);
+    for (const auto name : {"tickCountStartSpinBox"_L1, "tickCountIncrementSpinBox"_L1})
+        QCOMPARE(editor.control<QDoubleSpinBox>(name)->decimals(), 0);
 }
 
 void tst_Binding::firstLabelEditTakesTheButtonsFont_data()
 {
-    QTest::addColumn<QString>("control");
-    QTest::newRow("radius") << u"tickCountRadiusSpinBox"_s;
-    QTest::newRow("start") << u"tickCountStartSpinBox"_s;
-    QTest::newRow("increment") << u"tickCountIncrementSpinBox"_s;
-    QTest::newRow("decimal places") << u"tickCountDecimalPlacesSpinBox"_s;
-    QTest::newRow("show") << u"tickCountCheckBox"_s;
-    QTest::newRow("rotate") << u"tickCountRotateCheckBox"_s;
-    QTest::newRow("skip first") << u"skipFirstTickCheckBox"_s;
+    QTest::addColumn<QVariant>("value");
+    for (const GaugeField &field : gaugeFields()) {
+        if (slotOf(field) == "tickSettingsChanged" && field.position != GaugeField::insideFont)
+            QTest::newRow(field.name) << field.other;
+    }
 }
 
 void tst_Binding::firstLabelEditTakesTheButtonsFont()
 {
-    QFETCH(QString, control);
-    const QFont before = QApplication::font();
-    QApplication::setFont(QFont(u"Monospace"_s, 19));
-    {
-        const Editor editor;
-        QCOMPARE(editor.preview()->workingLayer.tickCountFont, QFont(u"Sans Serif"_s, 10));
-        if (auto *box = editor.window.findChild<QCheckBox *>(control))
-            box->click();
-        else
-            editor.control<QAbstractSpinBox>(control)->stepUp();
-        QCOMPARE(editor.preview()->workingLayer.tickCountFont.family(), u"Monospace"_s);
-        QCOMPARE(editor.preview()->layers.first().tickCountFont.pointSize(), 19);
-    }
-    QApplication::setFont(before);
-}
-
-void tst_Binding::otherEditLeavesTheLabelFont()
-{
+    QFETCH(QVariant, value);
+    const GaugeField &field = gaugeField(QTest::currentDataTag());
     const Editor editor;
-    editor.control<QDoubleSpinBox>("gaugeStartAngleSpinBox"_L1)->setValue(1.0);
-    editor.control<QDoubleSpinBox>("arc1WidthSpinBox"_L1)->setValue(1.0);
-    editor.control<QDoubleSpinBox>("gaugeDivisions1WidthSpinBox"_L1)->setValue(1.0);
-    editor.control<QCheckBox>("roundedArcCapsCheckBox"_L1)->click();
-    QCOMPARE(editor.preview()->workingLayer.tickCountFont, QFont(u"Sans Serif"_s, 10));
+    editor.edit(gaugeField("tickCountDecimalPlaces"), 2);
+    editor.preview()->workingLayer = gaugeData();
+    editor.control<QPushButton>("tickCountFontButton"_L1)->setFont(QFont(u"Monospace"_s, 19));
+    editor.edit(field, value);
+    QCOMPARE(editor.preview()->workingLayer.tickCountFont.family(), u"Monospace"_s);
+    QCOMPARE(editor.preview()->layers.first().tickCountFont.pointSize(), 19);
 }
 
-void tst_Binding::colorIsReadFromTheButtonOfANeverShownWindow_data()
+void tst_Binding::colorIsReadFromTheButton()
 {
-    QTest::addColumn<QString>("edited");
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QColor>("color");
-    for (int ring = 1; ring <= 3; ++ring) {
-        QTest::addRow("ring %d", ring) << u"gaugeDivisions%1WidthSpinBox"_s.arg(ring)
-                                       << u"divisionColor[%1]"_s.arg(ring - 1) << QColor(Qt::white);
-    }
-    const QList<QColor> arcs{Qt::green, Qt::yellow, Qt::red, Qt::white};
-    for (int arc = 1; arc <= 4; ++arc) {
-        QTest::addRow("arc %d", arc) << u"arc%1WidthSpinBox"_s.arg(arc) << u"arcColor[%1]"_s.arg(arc - 1)
-                                     << arcs.at(arc - 1);
-    }
-    QTest::newRow("labels") << u"tickCountRadiusSpinBox"_s << u"tickCountColor"_s << QColor(Qt::white);
-}
-
-void tst_Binding::colorIsReadFromTheButtonOfANeverShownWindow()
-{
-    QFETCH(QString, edited);
-    QFETCH(QString, field);
-    QFETCH(QColor, color);
-    const Editor editor;
-    editor.control<QDoubleSpinBox>(edited)->setValue(0.5);
-    QCOMPARE(valuesOf(editor.preview()->layers.first()).value(field.toLatin1()).value<QColor>().rgb(),
-             color.rgb());
-}
-
-void tst_Binding::restyledButtonGivesItsNewColor()
-{
-    // The button is the one source of its element's colour.
     Editor editor;
     auto *button = editor.control<QToolButton>("arc2ColorButton"_L1);
     for (const bool shown : {false, true}) {
