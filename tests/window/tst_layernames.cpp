@@ -1,11 +1,10 @@
 #include "model/gaugefile.h"
 #include "support/dialogs.h"
 #include "support/editor.h"
-#include "support/records.h"
+#include "support/files.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
-#include <QFile>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -13,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Renaming layers in place, and the named layers as they are saved.
+/// Renaming layers in the list, and the named layers that are saved.
 class tst_LayerNames : public QObject
 {
     Q_OBJECT
@@ -22,31 +21,26 @@ private Q_SLOTS:
     void init() { failOnUnexpectedWarnings(); }
 
     void doubleClickEditsTheName();
-    void editKeyEditsTheName();
     void typingAloneDoesNotEdit();
-    void acceptedName_data();
-    void acceptedName();
-    void secondUndoFallsBackToTheLastAcceptedName();
+    void typedName_data();
+    void typedName();
     void escapeKeepsTheName();
-    void trimmingIsNotAnotherChange();
-    void renamingLeavesTheStackAlone();
-    void renamingNothingDoesNothing();
+    void trimmingEmitsNoSecondChange();
+    void renamingKeepsTheLayers();
+    void renamingNullDoesNothing();
     void renamingRestoresBlockedSignals();
 
-    void sameNamesAreSavedUnchanged();
-    void layersAreSavedInTheirOrder();
-    void latestEditIsSaved();
-    void savingStopsAtTheShorter_data();
-    void savingStopsAtTheShorter();
-    void savedNameIsTheShownOne();
+    void workingCopyAndAllLayersAreSaved();
+    void savedLayersAreThoseOfTheListAndTheStack_data();
+    void savedLayersAreThoseOfTheListAndTheStack();
 
 private:
-    /// The editor of a name in the list, once one is open.
+    /// The line edit of a name that is being edited, or null.
     static QLineEdit *nameEditor(const Editor &editor);
-    /// Opens the editor of a row, types @a text over the name and presses Return.
-    static void rename(Editor &editor, int row, const QString &text);
-    /// Saves the gauge through its button and dialog and reads the file again.
-    static QList<gaugeLayer> saved(const Editor &editor);
+    /// Types a name over that of the current row, and presses a key.
+    static void rename(const Editor &editor, const QString &text, Qt::Key end = Qt::Key_Return);
+    /// The layers of the file that the "Save" button writes.
+    static QList<gaugeLayer> savedLayers(const Editor &editor);
 };
 
 QLineEdit *tst_LayerNames::nameEditor(const Editor &editor)
@@ -54,35 +48,32 @@ QLineEdit *tst_LayerNames::nameEditor(const Editor &editor)
     return editor.layerList()->viewport()->findChild<QLineEdit *>();
 }
 
-void tst_LayerNames::rename(Editor &editor, int row, const QString &text)
+void tst_LayerNames::rename(const Editor &editor, const QString &text, Qt::Key end)
 {
-    editor.layerList()->setCurrentRow(row);
     QTest::keyClick(editor.layerList(), Qt::Key_F2);
     QLineEdit *line = nameEditor(editor);
     QVERIFY(line != nullptr);
     line->selectAll();
     QTest::keyClick(line, Qt::Key_Delete);
     QTest::keyClicks(line, text);
-    QTest::keyClick(line, Qt::Key_Return);
-    // The editor goes by itself, later.
+    QTest::keyClick(line, end);
+    // The list deletes the line edit later.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QTRY_VERIFY(nameEditor(editor) == nullptr);
 }
 
-QList<gaugeLayer> tst_LayerNames::saved(const Editor &editor)
+QList<gaugeLayer> tst_LayerNames::savedLayers(const Editor &editor)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(u"saved.gauge"_s);
     DialogAnswers answers;
-    answers.expectFile(path);
+    answers.expectFile(folder.filePath(u"saved.gauge"_s));
     editor.control<QPushButton>("saveButton"_L1)->click();
-    if (!answers.problems().isEmpty())
-        qFatal("The gauge was not saved: %s", qPrintable(answers.problems().join(u"; "_s)));
-    QFile file(path);
     QList<gaugeLayer> layers;
     QString error;
-    if (!file.open(QIODevice::ReadOnly) || !gaugeFile::read(file.readAll(), &layers, &error))
-        qFatal("The saved gauge cannot be read: %s", qPrintable(error));
+    if (!answers.problems().isEmpty() ||
+        !gaugeFile::read(readFile(folder.filePath(u"saved.gauge"_s)), &layers, &error))
+        qFatal("The gauge was not saved: %s%s", qPrintable(answers.problems().join(u"; "_s)),
+               qPrintable(error));
     return layers;
 }
 
@@ -103,98 +94,75 @@ void tst_LayerNames::doubleClickEditsTheName()
     QTRY_COMPARE(list.item(0)->text(), u"Needle"_s);
 }
 
-void tst_LayerNames::editKeyEditsTheName()
-{
-    Editor editor;
-    editor.show();
-    rename(editor, 0, u"Needle"_s);
-    QCOMPARE(editor.layerList()->item(0)->text(), u"Needle"_s);
-    QCOMPARE(editor.layerList()->item(0)->data(Qt::UserRole).toString(), u"Needle"_s);
-}
-
 void tst_LayerNames::typingAloneDoesNotEdit()
 {
     Editor editor;
     editor.show();
     QTest::keyClicks(editor.layerList(), u"Needle"_s);
     QVERIFY(nameEditor(editor) == nullptr);
-    QCOMPARE(editor.layerList()->item(0)->text(), u"Layer 1"_s);
+    QCOMPARE(editor.layerNames(), QStringList(u"Layer 1"_s));
 }
 
-void tst_LayerNames::acceptedName_data()
+void tst_LayerNames::typedName_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("name");
-    QTest::newRow("plain") << u"Needle"_s << u"Needle"_s;
-    QTest::newRow("blanks around") << u"   Needle  "_s << u"Needle"_s;
-    QTest::newRow("blanks within") << u"big  needle"_s << u"big  needle"_s;
-    QTest::newRow("blanks only: undone") << u"   "_s << u"Layer 1"_s;
-    QTest::newRow("nothing: undone") << QString() << u"Layer 1"_s;
-    QTest::newRow("a taken name") << u"second"_s << u"second"_s;
+    QTest::newRow("plain") << u"Pointer"_s << u"Pointer"_s;
+    QTest::newRow("blanks around") << u"   Pointer  "_s << u"Pointer"_s;
+    QTest::newRow("blanks within") << u"big  pointer"_s << u"big  pointer"_s;
+    QTest::newRow("blanks only: the previous name") << u"   "_s << u"Needle"_s;
+    QTest::newRow("empty: the previous name") << QString() << u"Needle"_s;
+    QTest::newRow("name of another layer") << u"second"_s << u"second"_s;
 }
 
-void tst_LayerNames::acceptedName()
+void tst_LayerNames::typedName()
 {
     QFETCH(QString, typed);
     QFETCH(QString, name);
     Editor editor;
     editor.addLayer(u"second"_s);
     editor.show();
-    rename(editor, 0, typed);
-    QCOMPARE(editor.layerList()->item(0)->data(Qt::DisplayRole).toString(), name);
+    rename(editor, u"Needle"_s);
+    rename(editor, typed);
+    QCOMPARE(editor.layerNames(), (QStringList{name, u"second"_s}));
     QCOMPARE(editor.layerList()->item(0)->data(Qt::UserRole).toString(), name);
-    QCOMPARE(editor.layerList()->item(1)->text(), u"second"_s);
-}
-
-void tst_LayerNames::secondUndoFallsBackToTheLastAcceptedName()
-{
-    Editor editor;
-    editor.show();
-    rename(editor, 0, u"Needle"_s);
-    rename(editor, 0, u"  "_s);
-    rename(editor, 0, QString());
-    QCOMPARE(editor.layerList()->item(0)->text(), u"Needle"_s);
 }
 
 void tst_LayerNames::escapeKeepsTheName()
 {
     Editor editor;
     editor.show();
-    QTest::keyClick(editor.layerList(), Qt::Key_F2);
-    QLineEdit *line = nameEditor(editor);
-    QVERIFY(line != nullptr);
-    QTest::keyClicks(line, u"Needle"_s);
-    QTest::keyClick(line, Qt::Key_Escape);
-    QCOMPARE(editor.layerList()->item(0)->text(), u"Layer 1"_s);
+    rename(editor, u"Needle"_s, Qt::Key_Escape);
+    QCOMPARE(editor.layerNames(), QStringList(u"Layer 1"_s));
 }
 
-void tst_LayerNames::trimmingIsNotAnotherChange()
+void tst_LayerNames::trimmingEmitsNoSecondChange()
 {
     Editor editor;
     editor.show();
     const QSignalSpy changed(editor.layerList(), &QListWidget::itemChanged);
-    rename(editor, 0, u"  Needle "_s);
+    rename(editor, u"  Needle "_s);
     QCOMPARE(changed.count(), 1);
 }
 
-void tst_LayerNames::renamingLeavesTheStackAlone()
+void tst_LayerNames::renamingKeepsTheLayers()
 {
     Editor editor;
     editor.show();
     editor.preview()->layers[0] = sampleLayer(1);
     editor.preview()->workingLayer = sampleLayer(2);
-    rename(editor, 0, u"Needle"_s);
+    rename(editor, u"Needle"_s);
     QCOMPARE(editor.preview()->layers.size(), 1);
     QCOMPARE(differingFields(editor.preview()->layers.first(), sampleLayer(1)), QStringList());
     QCOMPARE(differingFields(editor.preview()->workingLayer, sampleLayer(2)), QStringList());
 }
 
-void tst_LayerNames::renamingNothingDoesNothing()
+void tst_LayerNames::renamingNullDoesNothing()
 {
     Editor editor;
-    QListWidgetItem *nothing = nullptr;
-    QVERIFY(QMetaObject::invokeMethod(&editor.window, "layerRenamed", Q_ARG(QListWidgetItem *, nothing)));
-    QCOMPARE(editor.layerList()->item(0)->text(), u"Layer 1"_s);
+    QListWidgetItem *null = nullptr;
+    QVERIFY(QMetaObject::invokeMethod(&editor.window, "layerRenamed", Q_ARG(QListWidgetItem *, null)));
+    QCOMPARE(editor.layerNames(), QStringList(u"Layer 1"_s));
 }
 
 void tst_LayerNames::renamingRestoresBlockedSignals()
@@ -208,75 +176,46 @@ void tst_LayerNames::renamingRestoresBlockedSignals()
     }
 }
 
-void tst_LayerNames::sameNamesAreSavedUnchanged()
-{
-    Editor editor;
-    editor.addLayer(u"second"_s);
-    editor.show();
-    rename(editor, 1, u"Layer 1"_s);
-    const QList<gaugeLayer> layers = saved(editor);
-    QCOMPARE(layers.size(), 2);
-    QCOMPARE(layers.at(0).name, u"Layer 1"_s);
-    QCOMPARE(layers.at(1).name, u"Layer 1"_s);
-}
-
-void tst_LayerNames::layersAreSavedInTheirOrder()
-{
-    Editor editor;
-    editor.addLayer(u"second"_s);
-    editor.addLayer(u"third"_s);
-    editor.layerList()->setCurrentRow(1);
-    editor.preview()->layers[2].startAngle = 30.0;
-    editor.preview()->layers[0].startAngle = 10.0;
-    editor.control<QDoubleSpinBox>("gaugeStartAngleSpinBox"_L1)->setValue(20.0);
-    const QList<gaugeLayer> layers = saved(editor);
-    QCOMPARE(layers.size(), 3);
-    QCOMPARE(layers.at(0).name, u"Layer 1"_s);
-    QCOMPARE(layers.at(0).data.startAngle, 10.0);
-    QCOMPARE(layers.at(1).name, u"second"_s);
-    QCOMPARE(layers.at(1).data.startAngle, 20.0);
-    QCOMPARE(layers.at(2).name, u"third"_s);
-    QCOMPARE(layers.at(2).data.startAngle, 30.0);
-}
-
-void tst_LayerNames::latestEditIsSaved()
+void tst_LayerNames::workingCopyAndAllLayersAreSaved()
 {
     const Editor editor;
-    // Only the working copy has it yet.
-    editor.preview()->workingLayer.startAngle = 55.0;
-    QCOMPARE(saved(editor).first().data.startAngle, 55.0);
-    QCOMPARE(editor.preview()->layers.first().startAngle, 55.0);
+    editor.addLayer(u"second"_s);
+    editor.addLayer(u"second"_s);
+    editor.preview()->layers[1] = sampleLayer(1);
+    editor.preview()->layers[2] = sampleLayer(2);
+    editor.preview()->workingLayer = sampleLayer();
+    // The shown name is saved, not the last accepted one.
+    editor.layerList()->blockSignals(true);
+    editor.layerList()->item(0)->setText(u" shown "_s);
+    const QList<gaugeLayer> layers = savedLayers(editor);
+    const QStringList names{u" shown "_s, u"second"_s, u"second"_s};
+    QCOMPARE(layers.size(), names.size());
+    for (int row = 0; row < names.size(); ++row) {
+        QCOMPARE(layers.at(row).name, names.at(row));
+        QCOMPARE(differingFields(layers.at(row).data, sampleLayer(row)), QStringList());
+    }
+    QCOMPARE(differingFields(editor.preview()->layers.first(), sampleLayer()), QStringList());
 }
 
-void tst_LayerNames::savingStopsAtTheShorter_data()
+void tst_LayerNames::savedLayersAreThoseOfTheListAndTheStack_data()
 {
     QTest::addColumn<int>("stackSize");
-    QTest::addColumn<int>("saved");
+    QTest::addColumn<int>("savedSize");
     QTest::newRow("stack longer than the list") << 5 << 3;
     QTest::newRow("stack shorter than the list") << 2 << 2;
-    QTest::newRow("equal") << 3 << 3;
 }
 
-void tst_LayerNames::savingStopsAtTheShorter()
+void tst_LayerNames::savedLayersAreThoseOfTheListAndTheStack()
 {
     QFETCH(int, stackSize);
-    QFETCH(int, saved);
-    Editor editor;
+    QFETCH(int, savedSize);
+    const Editor editor;
     editor.addLayer(u"second"_s);
     editor.addLayer(u"third"_s);
     editor.preview()->layers.resize(stackSize);
-    const QList<gaugeLayer> layers = tst_LayerNames::saved(editor);
-    QCOMPARE(layers.size(), saved);
+    const QList<gaugeLayer> layers = savedLayers(editor);
+    QCOMPARE(layers.size(), savedSize);
     QCOMPARE(layers.at(1).name, u"second"_s);
-}
-
-void tst_LayerNames::savedNameIsTheShownOne()
-{
-    Editor editor;
-    editor.layerList()->blockSignals(true);
-    editor.layerList()->item(0)->setData(Qt::UserRole, u"accepted before"_s);
-    editor.layerList()->item(0)->setText(u" shown "_s);
-    QCOMPARE(saved(editor).first().name, u" shown "_s);
 }
 
 ADD_TEST_CLASS(tst_LayerNames)
