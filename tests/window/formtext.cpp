@@ -21,31 +21,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A new widget of the same class; a plain one when the class is not Qt's.
+/// A new widget of the same class if that is one of Classes, otherwise a QWidget.
+template <typename... Classes>
 std::unique_ptr<QWidget> newWidgetLike(const QWidget &widget)
 {
-    const QMetaObject *meta = widget.metaObject();
-    if (meta == &QDoubleSpinBox::staticMetaObject)
-        return std::make_unique<QDoubleSpinBox>();
-    if (meta == &QSpinBox::staticMetaObject)
-        return std::make_unique<QSpinBox>();
-    if (meta == &QCheckBox::staticMetaObject)
-        return std::make_unique<QCheckBox>();
-    if (meta == &QComboBox::staticMetaObject)
-        return std::make_unique<QComboBox>();
-    if (meta == &QPushButton::staticMetaObject)
-        return std::make_unique<QPushButton>();
-    if (meta == &QToolButton::staticMetaObject)
-        return std::make_unique<QToolButton>();
-    if (meta == &QListWidget::staticMetaObject)
-        return std::make_unique<QListWidget>();
-    if (meta == &QGroupBox::staticMetaObject)
-        return std::make_unique<QGroupBox>();
-    if (meta == &QLabel::staticMetaObject)
-        return std::make_unique<QLabel>();
-    if (meta == &QFrame::staticMetaObject)
-        return std::make_unique<QFrame>();
-    return std::make_unique<QWidget>();
+    auto made = std::make_unique<QWidget>();
+    (void)((widget.metaObject() == &Classes::staticMetaObject &&
+            (made = std::make_unique<Classes>(), true)) ||
+           ...);
+    return made;
 }
 
 QString valueText(const QMetaProperty &property, const QVariant &value)
@@ -81,7 +65,8 @@ bool isDescribed(const QMetaProperty &property)
 QString describe(const QWidget &widget)
 {
     static const QByteArrayList always{"minimum", "maximum", "singleStep", "decimals", "value"};
-    const auto fresh = newWidgetLike(widget);
+    const auto fresh = newWidgetLike<QCheckBox, QComboBox, QDoubleSpinBox, QFrame, QGroupBox, QLabel,
+                                     QListWidget, QPushButton, QSpinBox, QToolButton>(widget);
     const bool isSpinBox = qobject_cast<const QAbstractSpinBox *>(&widget) != nullptr;
     QStringList parts{widget.objectName() + u": "_s + QLatin1String(widget.metaObject()->className())};
     const QMetaObject &meta = *fresh->metaObject();

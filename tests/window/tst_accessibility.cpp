@@ -1,13 +1,9 @@
 #include "formtext.h"
-#include "model/gaugefile.h"
-#include "support/dialogs.h"
 #include "support/editor.h"
-#include "support/files.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
 #include <QAccessible>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -67,13 +63,9 @@ private Q_SLOTS:
 
     void everyControlHasItsOwnName();
     void previewIsNamedPicture();
-    void layersAreListed();
-    void toolSetsValue();
     void colorButtonDescribesItsColor();
 
     void tabKeyVisitsEveryControl();
-    void biasTypeIsChosenByItsLetter();
-    void overwritingIsChosenByKeys();
 };
 
 void tst_Accessibility::everyControlHasItsOwnName()
@@ -98,24 +90,6 @@ void tst_Accessibility::previewIsNamedPicture()
     const auto *preview = accessible(editor.preview());
     QCOMPARE(preview->role(), QAccessible::Graphic);
     QCOMPARE(preview->text(QAccessible::Name), u"Gauge Preview"_s);
-}
-
-void tst_Accessibility::layersAreListed()
-{
-    const Editor editor;
-    editor.addLayer(u"Needle"_s);
-    const auto *list = accessible(editor.layerList());
-    QCOMPARE(list->childCount(), 2);
-    QCOMPARE(list->child(1)->text(QAccessible::Name), u"Needle"_s);
-    QVERIFY(list->child(0)->state().selected);
-    QVERIFY(!list->child(1)->state().selected);
-}
-
-void tst_Accessibility::toolSetsValue()
-{
-    const Editor editor;
-    accessible(editor.control<QWidget>("arc2RadiusSpinBox"_L1))->valueInterface()->setCurrentValue(0.375);
-    QCOMPARE(editor.preview()->layers.first().arcRadius[1], 0.375);
 }
 
 void tst_Accessibility::colorButtonDescribesItsColor()
@@ -146,34 +120,6 @@ void tst_Accessibility::tabKeyVisitsEveryControl()
     QStringList back = focusOrder(editor, Qt::Key_Backtab);
     std::reverse(back.begin() + 1, back.end());
     QCOMPARE(back, order);
-}
-
-void tst_Accessibility::biasTypeIsChosenByItsLetter()
-{
-    const Editor editor;
-    QTest::keyClick(editor.control<QComboBox>("biasTypeComboBox"_L1), Qt::Key_M);
-    QVERIFY(editor.preview()->layers.first().midpointBias);
-}
-
-void tst_Accessibility::overwritingIsChosenByKeys()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"Loaded.gauge"_s);
-    writeFile(path, gaugeFile::write({{u"Loaded"_s, sampleLayer()}}));
-    const Editor editor;
-    editor.edit(gaugeField("startAngle"), 10.0); // a default layer is overwritten without a question
-    DialogAnswers answers;
-    answers.expectFile(path);
-    answers.expect<QMessageBox>([](QMessageBox &box) {
-        if (!QTest::qWaitForWindowActive(&box))
-            qFatal("The question does not come up.");
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    });
-    QTest::keyClick(editor.control<QPushButton>("loadButton"_L1), Qt::Key_Space);
-    QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(editor.layerNames(), QStringList(u"Loaded"_s));
-    QCOMPARE(differingFields(editor.preview()->layers.first(), sampleLayer()), QStringList());
 }
 
 ADD_TEST_CLASS(tst_Accessibility)

@@ -62,17 +62,14 @@ private Q_SLOTS:
     void nothingIsAdded_data();
     void nothingIsAdded();
 
-    void clickSelectsLayer();
-    void arrowKeySelectsLayer();
     void selectingStoresTheWorkingCopy_data();
     void selectingStoresTheWorkingCopy();
     void selectingAfterNoSelectionStoresNothing();
-    void selectingRepaints();
 
     void removingSelectsAnotherLayer_data();
     void removingSelectsAnotherLayer();
+    void selectingAndRemovingRepaint();
     void removingUnblocksTheListsSignals();
-    void removingRepaints();
     void removingTheOnlyLayerIsRefused_data();
     void removingTheOnlyLayerIsRefused();
     void removingWithoutSelectionDoesNothing();
@@ -180,24 +177,6 @@ void tst_Layers::nothingIsAdded()
     QCOMPARE(editor.preview()->layers.size(), 1);
 }
 
-void tst_Layers::clickSelectsLayer()
-{
-    EditorOfThreeLayers editor;
-    editor.show();
-    QListWidget &list = *editor.layerList();
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(1)).center());
-    QCOMPARE(list.currentRow(), 1);
-    QCOMPARE(shownStartAngle(editor), 20.0);
-    QCOMPARE(editor.preview()->workingLayer.startAngle, 20.0);
-}
-
-void tst_Layers::arrowKeySelectsLayer()
-{
-    const EditorOfThreeLayers editor;
-    QTest::keyClick(editor.layerList(), Qt::Key_Up);
-    QCOMPARE(shownStartAngle(editor), 20.0);
-}
-
 void tst_Layers::selectingStoresTheWorkingCopy_data()
 {
     QTest::addColumn<int>("row");
@@ -226,16 +205,6 @@ void tst_Layers::selectingAfterNoSelectionStoresNothing()
     editor.layerList()->setCurrentRow(1);
     QCOMPARE(startAngles(editor), (QList{10.0, 20.0, 30.0}));
     QCOMPARE(shownStartAngle(editor), 20.0);
-}
-
-void tst_Layers::selectingRepaints()
-{
-    EditorOfThreeLayers editor;
-    editor.show();
-    const PaintCounter paints(editor.preview());
-    editor.layerList()->setCurrentRow(0);
-    QCoreApplication::processEvents();
-    QVERIFY(paints.count() > 0);
 }
 
 void tst_Layers::removingSelectsAnotherLayer_data()
@@ -269,22 +238,26 @@ void tst_Layers::removingSelectsAnotherLayer()
     QCOMPARE(shownStartAngle(editor), angles.at(newRow));
 }
 
+void tst_Layers::selectingAndRemovingRepaint()
+{
+    EditorOfThreeLayers editor;
+    editor.show();
+    const PaintCounter paints(editor.preview());
+    editor.layerList()->setCurrentRow(0);
+    QCoreApplication::processEvents();
+    const int paintsOfSelecting = paints.count();
+    QVERIFY(paintsOfSelecting > 0);
+    editor.control<QPushButton>("RemoveLayerButton"_L1)->click();
+    QCoreApplication::processEvents();
+    QVERIFY(paints.count() > paintsOfSelecting);
+}
+
 void tst_Layers::removingUnblocksTheListsSignals()
 {
     const EditorOfThreeLayers editor;
     editor.layerList()->blockSignals(true);
     editor.control<QPushButton>("RemoveLayerButton"_L1)->click();
     QVERIFY(!editor.layerList()->signalsBlocked());
-}
-
-void tst_Layers::removingRepaints()
-{
-    EditorOfThreeLayers editor;
-    editor.show();
-    const PaintCounter paints(editor.preview());
-    editor.control<QPushButton>("RemoveLayerButton"_L1)->click();
-    QCoreApplication::processEvents();
-    QVERIFY(paints.count() > 0);
 }
 
 void tst_Layers::removingTheOnlyLayerIsRefused_data()

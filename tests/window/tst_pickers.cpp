@@ -24,14 +24,10 @@ private Q_SLOTS:
     void colorDialogStartsAtBlack();
     void cancelledColorIsBlack_data();
     void cancelledColorIsBlack();
-    void pickedColorIsShownInThePreview();
-    void colorSlotReturnsTheDialogsResult_data();
-    void colorSlotReturnsTheDialogsResult();
 
     void fontDialogStartsAtTheButtonsFont();
     void pickedFontReachesButtonAndLayer();
     void cancelledFontDialogStoresTheButtonsFont();
-    void fontSlotReturnsTheDialogsResult();
 };
 
 void tst_Pickers::toolTipOfDarkButtonIsReadable()
@@ -111,42 +107,6 @@ void tst_Pickers::cancelledColorIsBlack()
     QCOMPARE(field.get(editor.preview()->layers.first()).value<QColor>(), QColor(0, 0, 0));
 }
 
-void tst_Pickers::pickedColorIsShownInThePreview()
-{
-    Editor editor;
-    editor.preview()->workingLayer.arcAngleLength[1] = 360.0;
-    editor.preview()->workingLayer.arcRadius[1] = 0.5;
-    editor.preview()->workingLayer.arcWidth[1] = 20.0;
-    editor.call("setActiveGauge");
-    editor.show();
-    const QColor color(12, 34, 56);
-    editor.edit(gaugeField("arcColor[1]"), color);
-    const QPoint onTheArc(256 + 125, 256 + 20); // nearly 3 o'clock
-    QCOMPARE(editor.preview()->grab().toImage().pixelColor(onTheArc), color);
-}
-
-void tst_Pickers::colorSlotReturnsTheDialogsResult_data()
-{
-    QTest::addColumn<bool>("accepted");
-    QTest::newRow("accepted") << true;
-    QTest::newRow("cancelled") << false;
-}
-
-void tst_Pickers::colorSlotReturnsTheDialogsResult()
-{
-    QFETCH(bool, accepted);
-    Editor editor;
-    DialogAnswers answers;
-    answers.expect<QColorDialog>([accepted](QColorDialog &dialog) {
-        dialog.setCurrentColor(QColor(9, 8, 7));
-        static_cast<QDialog &>(dialog).done(accepted ? QDialog::Accepted : QDialog::Rejected);
-    });
-    QColor color;
-    QVERIFY(QMetaObject::invokeMethod(&editor.window, "getColor", Q_RETURN_ARG(QColor, color)));
-    QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(color, accepted ? QColor(9, 8, 7) : QColor());
-}
-
 void tst_Pickers::fontDialogStartsAtTheButtonsFont()
 {
     const Editor editor;
@@ -207,23 +167,6 @@ void tst_Pickers::cancelledFontDialogStoresTheButtonsFont()
         QCOMPARE(font.family(), u"Monospace"_s);
         QCOMPARE(font.pointSize(), 21);
     }
-}
-
-void tst_Pickers::fontSlotReturnsTheDialogsResult()
-{
-    Editor editor;
-    DialogAnswers answers;
-    answers.expect<QFontDialog>([](QFontDialog &dialog) {
-        QFont font = dialog.currentFont();
-        font.setPointSize(31);
-        dialog.setCurrentFont(font);
-        dialog.accept();
-    });
-    QFont font;
-    QVERIFY(QMetaObject::invokeMethod(&editor.window, "getFont", Q_RETURN_ARG(QFont, font)));
-    QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(font.pointSize(), 31);
-    QVERIFY(editor.control<QPushButton>("tickCountFontButton"_L1)->font().pointSize() != 31);
 }
 
 ADD_TEST_CLASS(tst_Pickers)

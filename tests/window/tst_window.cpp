@@ -26,7 +26,6 @@ private Q_SLOTS:
     void backdropIsBlack();
     void ownsItsNetworkManager();
     void fetchesTheVersionDescriptionOverHttps();
-    void headerDeclaresCsvNumber();
     void deletesAllItsObjects();
     void runsNoSlotAfterItsDestructor();
 };
@@ -101,11 +100,6 @@ void tst_Window::fetchesTheVersionDescriptionOverHttps()
     QCOMPARE(Window::VERSION_XML_URL.scheme(), u"https"_s);
     QCOMPARE(Window::VERSION_XML_URL.path(), u"/downloads/Corvalence_version.xml"_s);
     QVERIFY(!Window::VERSION_XML_URL.host().isEmpty());
-}
-
-void tst_Window::headerDeclaresCsvNumber()
-{
-    QCOMPARE(csvNumber(2.5), u"2.5"_s);
 }
 
 void tst_Window::deletesAllItsObjects()
