@@ -1,252 +1,210 @@
-#include "documents.h"
 #include "model/gaugefile.h"
+#include "presetsfolder.h"
 #include "support/dialogs.h"
-#include "support/network.h"
+#include "support/editor.h"
+#include "support/files.h"
+#include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
-#include "window.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
-#include <QDir>
-#include <QDoubleSpinBox>
-#include <QFile>
-#include <QListWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <filesystem>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-QStringList entriesOf(const QComboBox &presets)
+QComboBox &presetList(const Editor &editor)
 {
-    QStringList entries;
-    for (int i = 0; i < presets.count(); ++i)
-        entries.append(presets.itemText(i));
-    return entries;
+    return *editor.control<QComboBox>("presetComboBox"_L1);
 }
 
-/// Picks the entry that the box shows, as the user does in the list that opens.
-void pickShownEntry(QComboBox &presets)
+QStringList presetNames(const Editor &editor)
 {
-    presets.showPopup();
-    QTest::keyClick(presets.view(), Qt::Key_Return);
+    QStringList names;
+    for (int i = 0; i < presetList(editor).count(); ++i)
+        names.append(presetList(editor).itemText(i));
+    return names;
+}
+
+/// Picks the current entry in the open list, as a user does.
+void pickCurrentPreset(const Editor &editor)
+{
+    presetList(editor).showPopup();
+    QTest::keyClick(presetList(editor).view(), Qt::Key_Return);
 }
 
 } // namespace
 
-/// The list of presets: what of the folder beside the program is in it, and what picking an entry does.
+/// The list of presets, and loading one of them.
 class tst_Presets : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { m_proxy.emplace(); }
     void init();
-    void cleanupTestCase();
+    void cleanupTestCase() { m_folder.reset(); }
 
-    void isEmptyWithoutAFolder();
-    void isEmptyForAnEmptyFolder();
-    void showsANameForEachFile_data();
-    void showsANameForEachFile();
-    void listsNoFoldersAndNothingInThem();
-    void keepsTheOrderOfTheFolder();
-    void holdsNamesOnly();
-    void loadsNothingByItself();
-    void loadsThePickedPreset();
-    void loadsTheEntryThatIsAlreadyShown();
-    void tellsWhenAnEntryHasNoFile_data();
-    void tellsWhenAnEntryHasNoFile();
-    void tellsWhenAPresetCannotBeRead();
+    void listIsEmptyWithoutAFolder();
+    void gaugeFilesAreListed_data();
+    void gaugeFilesAreListed();
+    void subfoldersAreNotListed();
+    void orderIsThatOfTheFolder();
+    void listIsFilledAgainAfterSaving_data();
+    void listIsFilledAgainAfterSaving();
+    void pickedPresetIsLoaded();
+    void currentPresetCanBePickedAgain();
+    void missingFileIsReported_data();
+    void missingFileIsReported();
 
 private:
-    std::optional<SilentProxy> m_proxy;
-    std::optional<PresetsFolder> m_presets;
+    static QString path(const QString &fileName) { return PresetsFolder::filePath(fileName); }
+
+    std::optional<PresetsFolder> m_folder;
 };
 
 void tst_Presets::init()
 {
     failOnUnexpectedWarnings();
-    m_presets.reset();
-    m_presets.emplace();
+    m_folder.reset();
+    m_folder.emplace();
 }
 
-void tst_Presets::cleanupTestCase()
+void tst_Presets::listIsEmptyWithoutAFolder()
 {
-    m_presets.reset();
-    m_proxy.reset();
-}
-
-void tst_Presets::isEmptyWithoutAFolder()
-{
-    m_presets.reset();
+    m_folder.reset();
+    const Editor editor;
+    QCOMPARE(presetNames(editor), QStringList());
     QVERIFY(!QDir(PresetsFolder::path()).exists());
-    const Window window;
-    QCOMPARE(control<QComboBox>(window, "presetComboBox")->count(), 0);
-    QVERIFY(!QDir(PresetsFolder::path()).exists()); // and none is made
 }
 
-void tst_Presets::isEmptyForAnEmptyFolder()
-{
-    const Window window;
-    QCOMPARE(control<QComboBox>(window, "presetComboBox")->count(), 0);
-}
-
-void tst_Presets::showsANameForEachFile_data()
+void tst_Presets::gaugeFilesAreListed_data()
 {
     QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QStringList>("entries");
-    const auto row = [](const char *fileName, const QStringList &entries) {
-        QTest::newRow(fileName) << QString::fromUtf8(fileName) << entries;
+    QTest::addColumn<QStringList>("names");
+    const auto row = [](const QString &fileName, const QStringList &names) {
+        QTest::newRow(qPrintable(fileName)) << fileName << names;
     };
-    row("Dial.gauge", {QStringLiteral("Dial")});
-    row("Zähler 2.gauge", {QStringLiteral("Zähler 2")});
-    row("my.dial.gauge", {QStringLiteral("my")});
-    row("backupgauge", {QStringLiteral("backupgauge")});
-    row("gauge", {QStringLiteral("gauge")});
-    row("Dial.xgauge", {QStringLiteral("Dial")});
-    row("notes.txt", {});
-    row("Dial.gauge.bak", {});
-    row("Dial.GAUGE", {});
-    row("Dial.Gauge", {});
-    row(".gauge", {});
-    row(".Dial.gauge", {});
+    row(u"Zähler 2.gauge"_s, {u"Zähler 2"_s});
+    row(u"my.dial.gauge"_s, {u"my"_s});
+    row(u"backupgauge"_s, {u"backupgauge"_s});
+    row(u"notes.txt"_s, {});
+    row(u"Dial.gauge.bak"_s, {});
+    row(u"Dial.Gauge"_s, {});
+    row(u".Dial.gauge"_s, {});
 }
 
-void tst_Presets::showsANameForEachFile()
+void tst_Presets::gaugeFilesAreListed()
 {
     QFETCH(const QString, fileName);
-    QFETCH(const QStringList, entries);
-    QVERIFY(writeFile(PresetsFolder::filePath(fileName), {}));
-    const Window window;
-    QCOMPARE(entriesOf(*control<QComboBox>(window, "presetComboBox")), entries);
+    QFETCH(const QStringList, names);
+    writeFile(path(fileName), {});
+    const Editor editor;
+    QCOMPARE(presetNames(editor), names);
+    QVERIFY(presetList(editor).itemData(0).isNull());
+    QVERIFY(presetList(editor).itemIcon(0).isNull());
 }
 
-void tst_Presets::listsNoFoldersAndNothingInThem()
+void tst_Presets::subfoldersAreNotListed()
 {
-    QVERIFY(QDir(PresetsFolder::path()).mkdir(QStringLiteral("more.gauge")));
-    QVERIFY(writeFile(PresetsFolder::filePath(QStringLiteral("more.gauge/Dial.gauge")), {}));
-    const Window window;
-    QCOMPARE(control<QComboBox>(window, "presetComboBox")->count(), 0);
+    QVERIFY(QDir(PresetsFolder::path()).mkdir(u"more.gauge"_s));
+    writeFile(path(u"more.gauge/Dial.gauge"_s), {});
+    QCOMPARE(presetNames(Editor()), QStringList());
 }
 
-void tst_Presets::keepsTheOrderOfTheFolder()
+void tst_Presets::orderIsThatOfTheFolder()
 {
     for (const char *name : {"Zones", "Arc", "dial", "Needle", "5", "Bias", "Clock", "arc", "Volt", "Ampere"})
-        QVERIFY(writeFile(PresetsFolder::filePath(QLatin1String(name) + QLatin1String(".gauge")), {}));
-    QStringList order;
-    for (const auto &entry :
-         std::filesystem::directory_iterator(std::filesystem::path(PresetsFolder::path().toStdU16String())))
-        order.append(QString::fromStdU16String(entry.path().stem().u16string()));
-    QCOMPARE(order.size(), 10);
-    const Window window;
-    const auto *presets = control<QComboBox>(window, "presetComboBox");
-    QCOMPARE(entriesOf(*presets), order);
-    QCOMPARE(presets->currentIndex(), 0);
+        writeFile(path(QLatin1StringView(name) + u".gauge"_s), {});
+    QStringList names;
+    for (const auto &entry : std::filesystem::directory_iterator(PresetsFolder::path().toStdString()))
+        names.append(QString::fromStdString(entry.path().stem().string()));
+    QCOMPARE(names.size(), 10);
+    const Editor editor;
+    QCOMPARE(presetNames(editor), names);
+    QCOMPARE(presetList(editor).currentIndex(), 0);
 }
 
-void tst_Presets::holdsNamesOnly()
+void tst_Presets::listIsFilledAgainAfterSaving_data()
 {
-    QVERIFY(writeFile(PresetsFolder::filePath(QStringLiteral("Dial.gauge")), {}));
-    const Window window;
-    const auto *presets = control<QComboBox>(window, "presetComboBox");
-    QVERIFY(presets->itemData(0).isNull());
-    QVERIFY(presets->itemIcon(0).isNull());
+    QTest::addColumn<QString>("button");
+    QTest::newRow("gauge") << u"saveButton"_s;
+    QTest::newRow("layer") << u"SaveLayerButton"_s;
 }
 
-void tst_Presets::loadsNothingByItself()
+void tst_Presets::listIsFilledAgainAfterSaving()
 {
-    QVERIFY(writeFile(PresetsFolder::filePath(QStringLiteral("Dial.gauge")),
-                      gaugeFile::write({{QStringLiteral("Dial"), sampleLayer(1)}})));
-    const DialogAnswers answers;
-    const Window window;
-    QCOMPARE(linesOf(gaugeOf(window)), linesOf({{QStringLiteral("Layer 1"), gaugeData()}}));
-    control<QComboBox>(window, "presetComboBox")->setCurrentIndex(0); // from code, as a refill does
-    QCOMPARE(linesOf(gaugeOf(window)), linesOf({{QStringLiteral("Layer 1"), gaugeData()}}));
-    QCOMPARE(answers.problems(), QStringList());
-}
-
-void tst_Presets::loadsThePickedPreset()
-{
-    for (int i = 1; i <= 3; ++i) {
-        const QString name = QStringLiteral("Dial %1").arg(i);
-        QVERIFY(writeFile(PresetsFolder::filePath(name + QLatin1String(".gauge")),
-                          gaugeFile::write({{QString(), sampleLayer(i)}})));
-    }
-    const DialogAnswers answers;
-    const Window window;
-    auto *presets = control<QComboBox>(window, "presetComboBox");
-    QTest::keyClick(presets, Qt::Key_Down);
-    const QString name = presets->itemText(1);
-    QCOMPARE(presets->currentText(), name);
-    const int number = name.last(1).toInt();
-    QCOMPARE(linesOf(gaugeOf(window)), linesOf({{name, sampleLayer(number)}}));
-    QCOMPARE(answers.problems(), QStringList());
-}
-
-void tst_Presets::loadsTheEntryThatIsAlreadyShown()
-{
-    QVERIFY(writeFile(PresetsFolder::filePath(QStringLiteral("Dial.gauge")),
-                      gaugeFile::write({{QStringLiteral("Marks"), sampleLayer(1)}})));
+    QFETCH(const QString, button);
+    const QTemporaryDir elsewhere;
+    const Editor editor;
     DialogAnswers answers;
-    Window window;
-    window.show();
-    auto *presets = control<QComboBox>(window, "presetComboBox");
-    QCOMPARE(presets->currentText(), QStringLiteral("Dial"));
-    pickShownEntry(*presets);
-    const gaugeLayer loaded{QStringLiteral("Marks"), sampleLayer(1)};
-    QCOMPARE(linesOf(gaugeOf(window)), linesOf({loaded}));
-
-    // Again, now over a layer that is no longer the default one.
-    expectAndAppend(answers);
-    pickShownEntry(*presets);
+    answers.expectFile(path(u"Dial.gauge"_s));
+    editor.press(button);
+    QCOMPARE(presetNames(editor), QStringList(u"Dial"_s));
+    // The list is also filled again when the file is saved elsewhere.
+    QVERIFY(QFile::remove(path(u"Dial.gauge"_s)));
+    answers.expectFile(elsewhere.filePath(u"Dial.gauge"_s));
+    editor.press(button);
+    QCOMPARE(presetNames(editor), QStringList());
     QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(linesOf(gaugeOf(window)), linesOf({loaded, loaded}));
 }
 
-void tst_Presets::tellsWhenAnEntryHasNoFile_data()
+void tst_Presets::pickedPresetIsLoaded()
+{
+    for (int i = 1; i <= 3; ++i)
+        writeFile(path(u"Dial %1.gauge"_s.arg(i)), gaugeFile::write({{{}, sampleLayer(i)}}));
+    const DialogAnswers answers;
+    const Editor editor;
+    QCOMPARE(editor.differencesFrom({{u"Layer 1"_s, {}}}), QStringList());
+    QTest::keyClick(&presetList(editor), Qt::Key_Down);
+    const QString name = presetNames(editor).at(1);
+    QCOMPARE(editor.differencesFrom({{name, sampleLayer(name.last(1).toInt())}}), QStringList());
+    QCOMPARE(answers.problems(), QStringList());
+}
+
+void tst_Presets::currentPresetCanBePickedAgain()
+{
+    writeFile(path(u"Dial.gauge"_s), gaugeFile::write({{u"Marks"_s, sampleLayer()}}));
+    DialogAnswers answers;
+    Editor editor;
+    editor.show();
+    pickCurrentPreset(editor);
+    const gaugeLayer loaded{u"Marks"_s, sampleLayer()};
+    QCOMPARE(editor.differencesFrom({loaded}), QStringList());
+
+    answers.expect<QMessageBox>([](QMessageBox &box) { box.buttons().first()->click(); });
+    pickCurrentPreset(editor);
+    QCOMPARE(answers.problems(), QStringList());
+    QCOMPARE(editor.differencesFrom({loaded, loaded}), QStringList());
+}
+
+void tst_Presets::missingFileIsReported_data()
 {
     QTest::addColumn<QString>("fileName");
-    QTest::addColumn<bool>("removed");
-    QTest::newRow("a dot in the name") << QStringLiteral("my.dial.gauge") << false;
-    QTest::newRow("no dot before the suffix") << QStringLiteral("backupgauge") << false;
-    QTest::newRow("another suffix") << QStringLiteral("Dial.xgauge") << false;
-    QTest::newRow("removed meanwhile") << QStringLiteral("Dial.gauge") << true;
+    QTest::newRow("two dots") << u"my.dial.gauge"_s;
+    QTest::newRow("no dot") << u"backupgauge"_s;
+    QTest::newRow("removed") << u"Dial.gauge"_s;
 }
 
-void tst_Presets::tellsWhenAnEntryHasNoFile()
+void tst_Presets::missingFileIsReported()
 {
     QFETCH(const QString, fileName);
-    QFETCH(const bool, removed);
-    const QString path = PresetsFolder::filePath(fileName);
-    QVERIFY(writeFile(path, gaugeFile::write({{QStringLiteral("Dial"), sampleLayer(1)}})));
+    writeFile(path(fileName), gaugeFile::write({{u"Dial"_s, sampleLayer()}}));
+    Editor editor;
+    editor.show();
+    QFile::remove(path(u"Dial.gauge"_s));
+    const QStringList before = editor.state();
     DialogAnswers answers;
-    Window window;
-    window.show();
-    control<QDoubleSpinBox>(window, "gaugeStartAngleSpinBox")->setValue(12.5);
-    if (removed)
-        QVERIFY(QFile::remove(path));
-    const QStringList before = stateOf(window);
-    answers.expectMessage(&window, QMessageBox::Information, QStringLiteral("Unable to open file"),
-                          QStringLiteral("No such file or directory"));
-    pickShownEntry(*control<QComboBox>(window, "presetComboBox"));
+    answers.expectMessage(&editor.window, QMessageBox::Information, u"Unable to open file"_s,
+                          u"No such file or directory"_s);
+    pickCurrentPreset(editor);
     QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(stateOf(window), before);
-}
-
-void tst_Presets::tellsWhenAPresetCannotBeRead()
-{
-    QVERIFY(writeFile(PresetsFolder::filePath(QStringLiteral("Dial.gauge")), "\n"));
-    DialogAnswers answers;
-    Window window;
-    window.show();
-    const QStringList before = stateOf(window);
-    answers.expectMessage(&window, QMessageBox::Warning, QStringLiteral("Unable to load gauge"),
-                          QStringLiteral("Dial.gauge could not be read.\n\nThe file is empty."));
-    pickShownEntry(*control<QComboBox>(window, "presetComboBox"));
-    QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(stateOf(window), before);
+    QCOMPARE(editor.state(), before);
 }
 
 ADD_TEST_CLASS(tst_Presets)

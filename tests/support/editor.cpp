@@ -5,6 +5,7 @@
 #include <QColorDialog>
 #include <QFontDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -44,6 +45,11 @@ void Editor::call(const char *slot)
 {
     if (!QMetaObject::invokeMethod(&window, slot))
         qFatal("The window has no slot \"%s\".", slot);
+}
+
+void Editor::press(const QString &button) const
+{
+    control<QAbstractButton>(button)->click();
 }
 
 void Editor::addLayer(const QString &name) const
@@ -100,6 +106,68 @@ gaugeData Editor::shownLayer() const
         }
     }
     return layer;
+}
+
+void Editor::load(const QString &path, DialogAnswers &answers, const std::function<void()> &expectMore) const
+{
+    answers.expectFile(path);
+    expectMore();
+    press(u"loadButton"_s);
+}
+
+QList<gaugeLayer> Editor::gauge() const
+{
+    QList<gaugeLayer> gauge;
+    for (const gaugeData &layer : preview()->layers)
+        gauge.append({layerNames().value(gauge.size()), layer});
+    return gauge;
+}
+
+QStringList Editor::differencesFrom(const QList<gaugeLayer> &expected) const
+{
+    const QList<gaugeLayer> actual = gauge();
+    if (actual.size() != expected.size() || layerList()->count() != expected.size())
+        return {u"%1 layers, %2 rows"_s.arg(actual.size()).arg(layerList()->count())};
+    QStringList differences;
+    for (qsizetype i = 0; i < actual.size(); ++i) {
+        if (actual.at(i).name != expected.at(i).name)
+            differences.append(u"%1: name %2"_s.arg(i).arg(actual.at(i).name));
+        for (const QString &field : differingFields(actual.at(i).data, expected.at(i).data))
+            differences.append(u"%1: %2"_s.arg(i).arg(field));
+    }
+    return differences;
+}
+
+QStringList Editor::state() const
+{
+    QStringList state;
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        if (widget->objectName().isEmpty() || widget->objectName().startsWith("qt_"_L1))
+            continue; // a part of a control, which may be created on demand
+        for (const char *name : {"value", "decimals", "currentIndex", "currentText", "count", "currentRow",
+                                 "checked", "text", "styleSheet", "font"}) {
+            const QVariant value = widget->property(name);
+            if (value.isValid())
+                state.append(
+                    u"%1.%2 = %3"_s.arg(widget->objectName(), QLatin1StringView(name), value.toString()));
+        }
+        if (const auto *label = qobject_cast<const QLabel *>(widget))
+            state.append(u"%1: picture %2"_s.arg(label->objectName()).arg(label->pixmap().cacheKey()));
+    }
+    const auto append = [&state](const QString &name, const gaugeData &layer) {
+        const QMap<QByteArray, QVariant> values = valuesOf(layer);
+        for (auto value = values.cbegin(); value != values.cend(); ++value)
+            state.append(
+                u"%1: %2 = %3"_s.arg(name, QString::fromLatin1(value.key()), value.value().toString()));
+    };
+    for (int row = 0; row < layerList()->count(); ++row) {
+        const QListWidgetItem &item = *layerList()->item(row);
+        state.append(u"row %1: %2, %3"_s.arg(row).arg(item.text(), item.data(Qt::UserRole).toString()));
+    }
+    for (const gaugeLayer &layer : gauge())
+        append(layer.name, layer.data);
+    append(u"working copy"_s, preview()->workingLayer);
+    return state;
 }
 
 void Editor::show()

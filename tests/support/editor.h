@@ -8,6 +8,10 @@
 #include <QLatin1StringView>
 #include <QStringList>
 
+#include <functional>
+
+class DialogAnswers;
+
 /// A window and its controls by object name. The window is not shown until show() is called.
 class Editor
 {
@@ -33,6 +37,8 @@ public:
 
     /// Calls a slot without arguments by its name.
     void call(const char *slot);
+    /// Clicks a button.
+    void press(const QString &button) const;
     /// Adds a layer with the button and its dialog.
     void addLayer(const QString &name) const;
     /// Gives a field of the active layer a value with its control and, for colours and fonts, its dialog.
@@ -40,8 +46,18 @@ public:
     /// The layer whose values the controls show. A colour is invalid if its button has another style sheet
     /// than the window gives it.
     [[nodiscard]] gaugeData shownLayer() const;
+    /// Loads a gauge with the button and its dialog. @a expectMore expects the dialogs that follow.
+    void load(
+        const QString &path, DialogAnswers &answers, const std::function<void()> &expectMore = [] {}) const;
     /// Shows the window and waits until it is on the screen and painted.
     void show();
+
+    /// The layers with the names of their rows.
+    [[nodiscard]] QList<gaugeLayer> gauge() const;
+    /// The names and fields in which gauge() differs from @a expected, such as "2: startAngle".
+    [[nodiscard]] QStringList differencesFrom(const QList<gaugeLayer> &expected) const;
+    /// What the user can see or lose: the properties of all controls, the rows and the layers. For comparing.
+    [[nodiscard]] QStringList state() const;
 
     Window window;
 };
