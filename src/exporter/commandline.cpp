@@ -2,93 +2,112 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QThread>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 namespace {
 
-constexpr int smallestSize = 64;
-constexpr int largestSize = 16384;
-constexpr double millimetresPerInch = 25.4;
-// The largest side stays below the 200 inches that a PDF page may have.
-constexpr double smallestSide = 1.0;
-constexpr double largestSide = 5000.0;
+constexpr int minSize = 64;
+constexpr int maxSize = 16384;
+// Below 200 inches, the maximum side of a PDF page.
+constexpr double minSide = 1.0;
+constexpr double maxSide = 5000.0;
+constexpr int maxJobs = 1024;
+constexpr int maxInputLimit = 1024;
 
-constexpr std::array allFormats{ExportFormat::Png, ExportFormat::Svg, ExportFormat::Pdf,
-                                ExportFormat::KeyframeTable, ExportFormat::Gauge};
-
-/// The options, each a name and what the help says of it.
-struct Options
+/// "png, svg, pdf, csv or gauge"
+QString formatList()
 {
-    // Not the parser's own, which brings along one for the options of the toolkit.
+    QStringList names;
+    for (const ExportFormat *format : exportFormats())
+        names.append(QLatin1String(format->name));
+    const QString last = names.takeLast();
+    return names.join(QLatin1String(", ")) + QLatin1String(" or ") + last;
+}
+
+/// The options with their help texts.
+struct OptionDefinitions
+{
+    // Not QCommandLineParser::addHelpOption(), which adds --help-all for options of Qt itself.
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
-    QCommandLineOption formats{
-        {QStringLiteral("f"), QStringLiteral("formats")},
-        QStringLiteral("What to write: any of png, svg, pdf, csv (the keyframe table) and "
-                       "gauge (today's form of the file), separated by commas. "
-                       "Default: png."),
-        QStringLiteral("list")};
+    QCommandLineOption formats{{QStringLiteral("f"), QStringLiteral("formats")},
+                               QStringLiteral("What to write, separated by commas: %1. csv is the keyframe "
+                                              "table, gauge the current form of the gauge file. "
+                                              "Default: png.")
+                                   .arg(formatList()),
+                               QStringLiteral("list")};
     QCommandLineOption output{{QStringLiteral("o"), QStringLiteral("output")},
-                              QStringLiteral("Write into this folder, which is made when it is missing. "
+                              QStringLiteral("Write to this folder, which is created if it is missing. "
                                              "Default: the folder of each gauge."),
                               QStringLiteral("folder")};
-    QCommandLineOption to{
-        QStringLiteral("to"),
-        QStringLiteral("Write the one file that is made to this name. Without --formats its suffix "
-                       "says what to write; png unless it is one of them."),
-        QStringLiteral("file")};
+    QCommandLineOption to{QStringLiteral("to"),
+                          QStringLiteral("Write the only file that is made to this name. Its suffix sets the "
+                                         "format unless --formats is given; png without a suffix."),
+                          QStringLiteral("file")};
     QCommandLineOption size{
         {QStringLiteral("s"), QStringLiteral("size")},
-        QStringLiteral("The side of the pictures in pixels, from 64 to 16384; several are "
-                       "separated by commas. Default: 512."),
+        QStringLiteral("The side of the pictures in pixels, from %1 to %2. Separate several "
+                       "by commas. Default: 512.")
+            .arg(minSize)
+            .arg(maxSize),
         QStringLiteral("pixels")};
     QCommandLineOption nameTemplate{
         {QStringLiteral("n"), QStringLiteral("name-template")},
-        QStringLiteral("The files' names without their suffix; {name} stands for the gauge's, {size} for the "
-                       "picture's size. Default: {name}, or {name}-{size} when there are several sizes."),
+        QStringLiteral("The names of the files without their suffix. {name} stands for the gauge's name, "
+                       "{size} for the picture's size. Default: {name}, or {name}-{size} for several sizes."),
         QStringLiteral("template")};
     QCommandLineOption layers{
         {QStringLiteral("l"), QStringLiteral("layers")},
-        QStringLiteral(
-            "Only these layers, by name or by number counted from the bottom layer, 1; several are "
-            "separated by commas. May be given again."),
+        QStringLiteral("Export only these layers, given by name or by number. The bottom "
+                       "layer is number 1. Separate several by commas or repeat the "
+                       "option."),
         QStringLiteral("list")};
     QCommandLineOption textAsPaths{
         QStringLiteral("text-as-paths"),
-        QStringLiteral("Draw labels as outlines, so that the drawing needs no font where it is shown.")};
+        QStringLiteral("Draw the labels of SVG and PDF pictures as paths, which need no font.")};
     QCommandLineOption mm{QStringLiteral("mm"),
-                          QStringLiteral("The true side of the pictures in millimetres."),
+                          QStringLiteral("The true side of the pictures in millimetres, from %1 to %2.")
+                              .arg(minSide)
+                              .arg(maxSide),
                           QStringLiteral("length")};
     QCommandLineOption dpi{
         QStringLiteral("dpi"),
         QStringLiteral(
-            "The density of the pictures in pixels per inch. With --mm it gives the size in pixels."),
+            "The density of the pictures in pixels per inch. With --mm it sets the size in pixels."),
         QStringLiteral("density")};
     QCommandLineOption jobs{{QStringLiteral("j"), QStringLiteral("jobs")},
-                            QStringLiteral("How many gauges to work on at a time. Default: one per core."),
+                            QStringLiteral("The number of gauges to work on at a time, up to %1. "
+                                           "Default: one per core.")
+                                .arg(maxJobs),
                             QStringLiteral("count")};
     QCommandLineOption overwrite{QStringLiteral("overwrite"), QStringLiteral("Replace files that exist.")};
     QCommandLineOption keep{QStringLiteral("keep"),
-                            QStringLiteral("Leave files that exist as they are, and do not count it as a "
-                                           "failure.")};
-    QCommandLineOption dryRun{QStringLiteral("dry-run"),
-                              QStringLiteral("Read and check the gauges and tell what would be written, but "
-                                             "write nothing.")};
+                            QStringLiteral("Keep files that exist. This is not a failure.")};
+    QCommandLineOption dryRun{
+        QStringLiteral("dry-run"),
+        QStringLiteral("Read and check the gauges and print the names of the files that "
+                       "would be written, but write nothing.")};
     QCommandLineOption quiet{{QStringLiteral("q"), QStringLiteral("quiet")},
-                             QStringLiteral("Tell of failures only.")};
+                             QStringLiteral("Print failures only.")};
     QCommandLineOption tickLimit{
         QStringLiteral("tick-limit"),
-        QStringLiteral("Refuse a gauge with more ticks than this. Default: 10000000."),
+        QStringLiteral("Refuse a gauge with more ticks and arcs than this. Default: %1.")
+            .arg(ExportOptions().tickLimit),
         QStringLiteral("count")};
+    QCommandLineOption inputLimit{
+        QStringLiteral("input-limit"),
+        QStringLiteral("Refuse a gauge file larger than this, in MiB, up to %1. Default: %2.")
+            .arg(maxInputLimit)
+            .arg(ExportOptions().inputLimit),
+        QStringLiteral("size")};
 };
 
-/// The parts of an option that may be given several times and take several values each.
+/// The values of an option that may be repeated and takes several values separated by commas.
 QStringList listOf(const QStringList &values)
 {
     QStringList parts;
@@ -99,15 +118,6 @@ QStringList listOf(const QStringList &values)
     return parts;
 }
 
-std::optional<ExportFormat> formatNamed(const QString &name)
-{
-    for (const ExportFormat format : allFormats) {
-        if (formatName(format) == name)
-            return format;
-    }
-    return {};
-}
-
 template <typename Value>
 void appendOnce(QList<Value> &list, const Value &value)
 {
@@ -115,14 +125,13 @@ void appendOnce(QList<Value> &list, const Value &value)
         list.append(value);
 }
 
-/// Turns the values of the options into settings. What is wrong is noted, the first of it alone, and reading
-/// goes on: nothing is done with the settings then.
-class SettingsReader
+/// Turns the values of the options into ExportOptions. Only the first error is kept.
+class OptionsReader
 {
 public:
-    SettingsReader(const QCommandLineParser &parser, const Options &options)
+    OptionsReader(const QCommandLineParser &parser, const OptionDefinitions &definitions)
         : m_parser(parser)
-        , m_options(options)
+        , m_definitions(definitions)
     {
         readFormats();
         readDimensions();
@@ -130,19 +139,20 @@ public:
         readFiles();
         readOutputFile();
         readStandardInput();
-        readConduct();
+        readOtherOptions();
     }
 
-    [[nodiscard]] const ExportSettings &settings() const { return m_settings; }
-    /// Empty when the command line can be followed.
-    [[nodiscard]] const QString &problem() const { return m_problem; }
+    [[nodiscard]] const ExportOptions &options() const { return m_options; }
+    /// Empty when the command line is right.
+    [[nodiscard]] const QString &error() const { return m_error; }
 
 private:
     void refuse(const QString &reason)
     {
-        if (m_problem.isEmpty())
-            m_problem = reason;
+        if (m_error.isEmpty())
+            m_error = reason;
     }
+    void refuseValue(const QCommandLineOption &option);
 
     void readFormats();
     void readSizes();
@@ -151,64 +161,70 @@ private:
     void readFiles();
     void readOutputFile();
     void readStandardInput();
+    void readOtherOptions();
+    void addFormat(const QString &name);
     [[nodiscard]] bool makesOneFile() const;
-    void readConduct();
+    [[nodiscard]] bool makesPictures() const;
     [[nodiscard]] double readLength(const QCommandLineOption &option);
-    [[nodiscard]] quint64 readCount(const QCommandLineOption &option, quint64 most);
+    template <typename Number>
+    [[nodiscard]] Number readCount(const QCommandLineOption &option, Number defaultCount, Number maxCount);
     void checkSize(double size);
-    void refuseValue(const QCommandLineOption &option);
 
     const QCommandLineParser &m_parser;
-    const Options &m_options;
-    ExportSettings m_settings;
-    QString m_problem;
+    const OptionDefinitions &m_definitions;
+    ExportOptions m_options;
+    QString m_error;
 };
 
-void SettingsReader::readFormats()
+void OptionsReader::addFormat(const QString &name)
 {
-    if (!m_parser.isSet(m_options.formats)) {
-        if (const auto format = formatNamed(QFileInfo(m_parser.value(m_options.to)).suffix().toLower()))
-            m_settings.formats = {*format};
-        return;
-    }
-    m_settings.formats.clear();
-    for (const QString &name : listOf(m_parser.values(m_options.formats))) {
-        const auto format = formatNamed(name);
-        if (!format)
-            refuse(QStringLiteral("\"%1\" is not a format; it may be png, svg, pdf, csv or gauge").arg(name));
-        else
-            appendOnce(m_settings.formats, *format);
-    }
+    const ExportFormat *format = findExportFormat(name);
+    if (format == nullptr)
+        refuse(QStringLiteral("\"%1\" is not a format; it may be %2").arg(name, formatList()));
+    else
+        appendOnce(m_options.formats, format);
 }
 
-void SettingsReader::checkSize(double size)
+void OptionsReader::readFormats()
 {
-    if (size < smallestSize || size > largestSize)
-        refuse(QStringLiteral("the size must lie from %1 to %2 pixels").arg(smallestSize).arg(largestSize));
+    const QString suffix = QFileInfo(m_parser.value(m_definitions.to)).suffix().toLower();
+    const bool isSet = m_parser.isSet(m_definitions.formats);
+    if (!isSet && suffix.isEmpty())
+        return;
+    m_options.formats.clear();
+    const QStringList names = isSet ? listOf(m_parser.values(m_definitions.formats)) : QStringList{suffix};
+    for (const QString &name : names)
+        addFormat(name);
 }
 
-void SettingsReader::readSizes()
+void OptionsReader::checkSize(double size)
 {
-    if (!m_parser.isSet(m_options.size))
+    if (size < minSize || size > maxSize)
+        refuse(QStringLiteral("the size must lie from %1 to %2 pixels").arg(minSize).arg(maxSize));
+}
+
+void OptionsReader::readSizes()
+{
+    if (!m_parser.isSet(m_definitions.size))
         return;
-    m_settings.sizes.clear();
-    for (const QString &text : listOf(m_parser.values(m_options.size))) {
+    m_options.sizes.clear();
+    for (const QString &text : listOf(m_parser.values(m_definitions.size))) {
         bool isNumber = false;
         const int size = text.toInt(&isNumber);
         if (!isNumber)
             refuse(QStringLiteral("\"%1\" is not a size").arg(text));
         checkSize(size);
-        appendOnce(m_settings.sizes, size);
+        appendOnce(m_options.sizes, size);
     }
 }
 
-void SettingsReader::refuseValue(const QCommandLineOption &option)
+void OptionsReader::refuseValue(const QCommandLineOption &option)
 {
     refuse(QStringLiteral("\"%1\" is not a value for --%2")
                .arg(m_parser.value(option), option.names().constLast()));
 }
 
-double SettingsReader::readLength(const QCommandLineOption &option)
+double OptionsReader::readLength(const QCommandLineOption &option)
 {
     if (!m_parser.isSet(option))
         return 0.0;
@@ -219,192 +235,195 @@ double SettingsReader::readLength(const QCommandLineOption &option)
     return length;
 }
 
-quint64 SettingsReader::readCount(const QCommandLineOption &option, quint64 most)
+template <typename Number>
+Number OptionsReader::readCount(const QCommandLineOption &option, Number defaultCount, Number maxCount)
 {
+    if (!m_parser.isSet(option))
+        return defaultCount;
     bool isNumber = false;
     const quint64 count = m_parser.value(option).toULongLong(&isNumber);
-    if (!isNumber || count < 1 || count > most)
+    if (!isNumber || count < 1 || count > static_cast<quint64>(maxCount)) {
         refuseValue(option);
-    return count;
+        return defaultCount;
+    }
+    return static_cast<Number>(count);
 }
 
-void SettingsReader::readDimensions()
+void OptionsReader::readDimensions()
 {
     readSizes();
-    m_settings.millimetres = readLength(m_options.mm);
-    m_settings.dotsPerInch = readLength(m_options.dpi);
+    m_options.millimetres = readLength(m_definitions.mm);
+    m_options.dotsPerInch = readLength(m_definitions.dpi);
 
-    if (m_parser.isSet(m_options.mm) && m_parser.isSet(m_options.dpi)) {
-        if (m_parser.isSet(m_options.size))
+    if (m_parser.isSet(m_definitions.mm) && m_parser.isSet(m_definitions.dpi)) {
+        if (m_parser.isSet(m_definitions.size))
             refuse(QStringLiteral("--mm and --dpi together give the size; --size cannot be given too"));
-        const double size = std::round(m_settings.millimetres / millimetresPerInch * m_settings.dotsPerInch);
+        const double size = std::round(m_options.millimetres / millimetresPerInch * m_options.dotsPerInch);
         checkSize(size);
-        m_settings.sizes = {static_cast<int>(std::clamp<double>(size, smallestSize, largestSize))};
+        m_options.sizes = {static_cast<int>(std::clamp<double>(size, minSize, maxSize))};
     }
-    for (const int size : std::as_const(m_settings.sizes)) {
-        const double side = m_settings.trueSide(size);
-        if (side != 0.0 && (side < smallestSide || side > largestSide)) {
+    for (const int size : std::as_const(m_options.sizes)) {
+        const double side = m_options.trueSide(size);
+        if (side != 0.0 && (side < minSide || side > maxSide)) {
             refuse(QStringLiteral("the true side of the pictures must lie from %1 to %2 mm")
-                       .arg(smallestSide)
-                       .arg(largestSide));
+                       .arg(minSide)
+                       .arg(maxSide));
         }
     }
 }
 
-void SettingsReader::readNameTemplate()
+void OptionsReader::readNameTemplate()
 {
-    if (!m_parser.isSet(m_options.nameTemplate)) {
-        if (m_settings.sizes.size() > 1)
-            m_settings.pictureNames = QStringLiteral("{name}-{size}");
+    if (!m_parser.isSet(m_definitions.nameTemplate)) {
+        if (m_options.sizes.size() > 1)
+            m_options.pictureNames = QStringLiteral("{name}-{size}");
         return;
     }
-    const QString text = m_parser.value(m_options.nameTemplate);
-    m_settings.pictureNames = text;
-    m_settings.otherNames = text;
+    const QString text = m_parser.value(m_definitions.nameTemplate);
+    m_options.pictureNames = text;
+    m_options.otherNames = text;
     const bool hasSize = text.contains(QLatin1String("{size}"));
     QString rest = text;
     rest.remove(QLatin1String("{name}")).remove(QLatin1String("{size}"));
-    if (rest.contains(QLatin1Char('{')) || rest.contains(QLatin1Char('}')) || text.isEmpty() ||
-        text.startsWith(QLatin1Char('/')) || text.endsWith(QLatin1Char('/')))
+    if (rest.contains(QLatin1Char('{')) || rest.contains(QLatin1Char('}')))
         refuse(QStringLiteral("\"%1\" is not a name template").arg(text));
+    for (const QString &part : text.split(QLatin1Char('/'))) {
+        if (part.isEmpty() || part == QLatin1String(".") || part == QLatin1String(".."))
+            refuse(QStringLiteral("\"%1\" is not a name template").arg(text));
+    }
 
-    const QList<ExportFormat> &formats = m_settings.formats;
-    if (hasSize && !std::ranges::all_of(formats, isPicture))
+    if (hasSize && !std::ranges::all_of(m_options.formats, &ExportFormat::isPicture))
         refuse(QStringLiteral("csv and gauge files have no size; the name template cannot hold {size}"));
-    if (!hasSize && std::ranges::any_of(formats, isPicture) && m_settings.sizes.size() > 1)
+    if (!hasSize && makesPictures() && m_options.sizes.size() > 1)
         refuse(QStringLiteral("the name template must hold {size} when there are several sizes"));
 }
 
-void SettingsReader::readFiles()
+void OptionsReader::readFiles()
 {
-    m_settings.files = m_parser.positionalArguments();
-    if (m_settings.files.isEmpty())
+    m_options.files = m_parser.positionalArguments();
+    if (m_options.files.isEmpty())
         refuse(QStringLiteral("no gauge file is named"));
-    if (m_settings.files.contains(QString()))
+    if (m_options.files.contains(QString()))
         refuse(QStringLiteral("a file has an empty name"));
-    m_settings.outputFolder = m_parser.value(m_options.output);
-    if (m_parser.isSet(m_options.output) && m_settings.outputFolder.isEmpty())
+    m_options.outputFolder = m_parser.value(m_definitions.output);
+    if (m_parser.isSet(m_definitions.output) && m_options.outputFolder.isEmpty())
         refuse(QStringLiteral("the output folder has an empty name"));
 }
 
-bool SettingsReader::makesOneFile() const
+bool OptionsReader::makesPictures() const
 {
-    const bool severalSizes =
-        std::ranges::any_of(m_settings.formats, isPicture) && m_settings.sizes.size() > 1;
-    return m_settings.formats.size() == 1 && !severalSizes;
+    return std::ranges::any_of(m_options.formats, &ExportFormat::isPicture);
 }
 
-void SettingsReader::readOutputFile()
+bool OptionsReader::makesOneFile() const
 {
-    if (!m_parser.isSet(m_options.to))
+    return m_options.formats.size() == 1 && (!makesPictures() || m_options.sizes.size() == 1);
+}
+
+void OptionsReader::readOutputFile()
+{
+    if (!m_parser.isSet(m_definitions.to))
         return;
-    m_settings.outputFile = m_parser.value(m_options.to);
-    if (m_settings.outputFile.isEmpty() || m_settings.outputFile == QLatin1String("-"))
+    m_options.outputFile = m_parser.value(m_definitions.to);
+    if (m_options.outputFile.isEmpty() || m_options.outputFile == QLatin1String("-"))
         refuse(QStringLiteral("--to needs the name of a file"));
-    if (m_settings.files.size() > 1 || !makesOneFile())
+    if (m_options.files.size() > 1 || !makesOneFile())
         refuse(QStringLiteral("--to takes one gauge in one format and one size"));
-    if (m_parser.isSet(m_options.output) || m_parser.isSet(m_options.nameTemplate))
+    if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate))
         refuse(QStringLiteral("--to says the whole name; --output and --name-template cannot be given too"));
 }
 
-void SettingsReader::readStandardInput()
+void OptionsReader::readStandardInput()
 {
-    if (!m_settings.files.contains(QStringLiteral("-")))
+    if (!m_options.files.contains(QStringLiteral("-")))
         return;
 
-    // The result goes to standard output, which has room for one.
-    if (m_settings.files.size() > 1)
+    // The result is written to standard output.
+    if (m_options.files.size() > 1)
         refuse(QStringLiteral("standard input (-) must be the only file"));
     if (!makesOneFile())
         refuse(QStringLiteral("standard input (-) is exported in one format and one size"));
-    if (m_parser.isSet(m_options.output) || m_parser.isSet(m_options.nameTemplate) ||
-        m_parser.isSet(m_options.to))
+    if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate) ||
+        m_parser.isSet(m_definitions.to))
         refuse(
             QStringLiteral("standard input (-) is written to standard output; it takes no folder or name"));
 }
 
-void SettingsReader::readConduct()
+void OptionsReader::readOtherOptions()
 {
-    m_settings.layers = m_parser.values(m_options.layers);
-    m_settings.textAsPaths = m_parser.isSet(m_options.textAsPaths);
-    m_settings.dryRun = m_parser.isSet(m_options.dryRun);
-    m_settings.quiet = m_parser.isSet(m_options.quiet);
+    m_options.layers = m_parser.values(m_definitions.layers);
+    m_options.textAsPaths = m_parser.isSet(m_definitions.textAsPaths);
+    m_options.dryRun = m_parser.isSet(m_definitions.dryRun);
+    m_options.quiet = m_parser.isSet(m_definitions.quiet);
 
-    if (m_parser.isSet(m_options.overwrite) && m_parser.isSet(m_options.keep))
+    const bool overwrite = m_parser.isSet(m_definitions.overwrite);
+    const bool keep = m_parser.isSet(m_definitions.keep);
+    if (overwrite && keep)
         refuse(QStringLiteral("--overwrite and --keep exclude each other"));
-    if (m_parser.isSet(m_options.overwrite))
-        m_settings.existing = ExistingFile::Overwrite;
-    if (m_parser.isSet(m_options.keep))
-        m_settings.existing = ExistingFile::Keep;
+    if (overwrite)
+        m_options.existing = ExistingFile::Overwrite;
+    else if (keep)
+        m_options.existing = ExistingFile::Keep;
 
-    constexpr int mostJobs = 1024;
-    m_settings.jobs = QThread::idealThreadCount();
-    if (m_parser.isSet(m_options.jobs))
-        m_settings.jobs = static_cast<int>(std::min<quint64>(readCount(m_options.jobs, mostJobs), mostJobs));
-    if (m_parser.isSet(m_options.tickLimit))
-        m_settings.tickLimit = readCount(m_options.tickLimit, std::numeric_limits<quint64>::max());
+    m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), maxJobs);
+    m_options.tickLimit =
+        readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
+    m_options.inputLimit = readCount<qint64>(m_definitions.inputLimit, m_options.inputLimit, maxInputLimit);
+}
+
+/// Decodes arguments. Those that are not UTF-8 are listed in @a notUtf8 with replacement characters.
+QStringList decodedArguments(const QByteArrayList &arguments, QStringList &notUtf8)
+{
+    QStringList texts{QCoreApplication::applicationName()};
+    for (const QByteArray &argument : arguments.mid(1)) {
+        texts.append(QString::fromUtf8(argument));
+        if (texts.constLast().toUtf8() != argument)
+            notUtf8.append(texts.constLast());
+    }
+    return texts;
 }
 
 } // namespace
 
-double ExportSettings::trueSide(int size) const
+CommandLine parseCommandLine(const QByteArrayList &arguments)
 {
-    if (millimetres > 0.0)
-        return millimetres;
-    return dotsPerInch > 0.0 ? size / dotsPerInch * millimetresPerInch : 0.0;
-}
-
-CommandLine readCommandLine(const QStringList &arguments)
-{
-    const Options options;
+    const OptionDefinitions definitions;
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Writes gauges as pictures, keyframe tables or gauge files, without a window."));
     parser.addPositionalArgument(
         QStringLiteral("FILE..."),
-        QStringLiteral("Gauge files, today's or older; - alone reads standard input and "
+        QStringLiteral("Gauge files, of the current or the older form. A single - reads standard input and "
                        "writes standard output."),
         QStringLiteral("FILE..."));
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions({options.help, options.formats, options.output, options.to, options.size,
-                       options.nameTemplate, options.layers, options.textAsPaths, options.mm, options.dpi,
-                       options.jobs, options.overwrite, options.keep, options.dryRun, options.quiet,
-                       options.tickLimit});
+    parser.addOptions({definitions.help, definitions.formats, definitions.output, definitions.to,
+                       definitions.size, definitions.nameTemplate, definitions.layers,
+                       definitions.textAsPaths, definitions.mm, definitions.dpi, definitions.jobs,
+                       definitions.overwrite, definitions.keep, definitions.dryRun, definitions.quiet,
+                       definitions.tickLimit, definitions.inputLimit});
 
-    if (!parser.parse(arguments))
-        return {CommandLine::Outcome::WrongUsage, parser.errorText(), {}};
-    if (parser.isSet(options.help))
+    QStringList notUtf8;
+    const auto wrongUsage = [](const QString &error) {
+        return CommandLine{CommandLine::Outcome::WrongUsage, error, {}};
+    };
+    if (!parser.parse(decodedArguments(arguments, notUtf8)))
+        return wrongUsage(parser.errorText());
+    if (parser.isSet(definitions.help))
         return {CommandLine::Outcome::ShowText, parser.helpText(), {}};
     if (parser.isSet(version)) {
-        return {CommandLine::Outcome::ShowText,
-                QCoreApplication::applicationName() + QLatin1Char(' ') +
-                    QCoreApplication::applicationVersion() + QLatin1Char('\n'),
-                {}};
+        const QString text = QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
+                                                           QCoreApplication::applicationVersion());
+        return {CommandLine::Outcome::ShowText, text, {}};
     }
-    const SettingsReader reader(parser, options);
-    if (!reader.problem().isEmpty())
-        return {CommandLine::Outcome::WrongUsage, reader.problem(), {}};
-    return {CommandLine::Outcome::Export, QString(), reader.settings()};
-}
-
-bool isPicture(ExportFormat format)
-{
-    return format != ExportFormat::KeyframeTable && format != ExportFormat::Gauge;
-}
-
-QString formatName(ExportFormat format)
-{
-    switch (format) {
-    case ExportFormat::Png:
-        return QStringLiteral("png");
-    case ExportFormat::Svg:
-        return QStringLiteral("svg");
-    case ExportFormat::Pdf:
-        return QStringLiteral("pdf");
-    case ExportFormat::KeyframeTable:
-        return QStringLiteral("csv");
-    case ExportFormat::Gauge:
-        return QStringLiteral("gauge");
+    const OptionsReader reader(parser, definitions);
+    if (!reader.error().isEmpty())
+        return wrongUsage(reader.error());
+    for (const QString &argument : std::as_const(notUtf8)) {
+        if (!reader.options().files.contains(argument))
+            return wrongUsage(QStringLiteral("\"%1\" is not UTF-8").arg(argument));
     }
-    Q_UNREACHABLE();
+    CommandLine result{CommandLine::Outcome::Export, QString(), reader.options()};
+    result.options.notUtf8 = notUtf8;
+    return result;
 }

@@ -1,75 +1,68 @@
 #include "exporter/exportrun.h"
 
-#include "exporter/commandline.h"
+#include "exporter/exportoptions.h"
 #include "exporter/gaugeexport.h"
+#include "exporter/outputfile.h"
+#include "exporter/outputnames.h"
 #include "exporter/progress.h"
-
-#include <QFileInfo>
-#include <QHash>
-#include <QThreadPool>
+#include "exporter/terminal.h"
+#include "exporter/workers.h"
 
 #include <algorithm>
 #include <atomic>
 
 namespace {
 
-/// For each gauge the first of those whose files would take the same names.
-QList<qsizetype> firstClaims(const ExportSettings &settings)
+Progress::Style progressStyle(const ExportOptions &options)
 {
-    QHash<QString, qsizetype> claims;
-    QList<qsizetype> firsts;
-    for (qsizetype index = 0; index < settings.files.size(); ++index) {
-        const QString stem = QFileInfo(outputStem(settings.files.at(index), settings)).absoluteFilePath();
-        const auto claim = claims.constFind(stem);
-        firsts.append(claim == claims.cend() ? index : *claim);
-        if (claim == claims.cend())
-            claims.insert(stem, index);
-    }
-    return firsts;
+    // What is written to standard output is not mixed with messages.
+    if (options.quiet || options.readsStandardInput() || isStandardOutput(options.outputFile))
+        return Progress::Style::Quiet;
+    return isStandardOutputTerminal() && !options.dryRun ? Progress::Style::Bar : Progress::Style::Lines;
+}
+
+bool exportFromStandardInput(const ExportOptions &options, Progress &progress)
+{
+    QString reason;
+    if (wasStandardOutputClosed() && !options.dryRun)
+        reason = QStringLiteral("Standard output is closed.");
+    else
+        runInThreads(1, [&] { reason = exportStandardInput(options); });
+    if (!reason.isEmpty())
+        progress.failed(QStringLiteral("standard input"), reason);
+    return reason.isEmpty();
 }
 
 } // namespace
 
-bool exportAll(const ExportSettings &settings)
+bool exportAll(const ExportOptions &options)
 {
-    const Progress::Style style =
-        settings.quiet ? Progress::Style::Quiet : Progress::styleForStandardOutput();
-    Progress progress(static_cast<size_t>(settings.files.size()), style);
-    if (settings.readsStandardInput()) {
-        const QString reason = exportStandardInput(settings);
-        if (!reason.isEmpty())
-            progress.failed(QStringLiteral("standard input"), reason);
-        return reason.isEmpty();
-    }
+    Progress progress(static_cast<size_t>(options.files.size()), progressStyle(options));
+    if (options.readsStandardInput())
+        return exportFromStandardInput(options, progress);
 
-    const QList<qsizetype> firsts = firstClaims(settings);
+    const QStringList collisions = findNameCollisions(options);
+    InputFiles inputs;
+    for (const QString &path : options.files)
+        inputs.insert(fileId(path), path);
+
+    // Each thread takes the next gauge when it has finished one. So there are never more pictures in memory
+    // than threads.
     std::atomic<qsizetype> next = 0;
     std::atomic<bool> allMade = true;
     const auto work = [&] {
-        for (qsizetype index = next++; index < settings.files.size(); index = next++) {
-            const QString &path = settings.files.at(index);
-            const qsizetype first = firsts.at(index);
-            const QString reason = first == index
-                                       ? exportGauge(path, settings, progress)
-                                       : QStringLiteral("Its files would take the names of those of %1.")
-                                             .arg(settings.files.at(first));
+        for (qsizetype index = next++; index < options.files.size(); index = next++) {
+            const QString &path = options.files.at(index);
+            const QString &collision = collisions.at(index);
+            const QString reason =
+                collision.isEmpty() ? exportGauge(path, inputs, options, progress) : collision;
             if (!reason.isEmpty()) {
                 allMade = false;
                 progress.failed(path, reason);
             }
-            progress.finishedOne();
+            progress.finishedGauge();
         }
     };
-
-    // Each worker takes the next gauge when it is done with one, so that no more pictures than workers are in
-    // memory at any time. The global pool, because Qt's raster engine spreads its spans over that pool unless
-    // it already paints in one of its threads: with a gauge a worker that only costs thousands of waits.
-    QThreadPool &pool = *QThreadPool::globalInstance();
-    const auto workers = static_cast<int>(std::min<qsizetype>(settings.jobs, settings.files.size()));
-    pool.setMaxThreadCount(workers);
-    for (int worker = 0; worker < workers; ++worker)
-        pool.start(work);
-    pool.waitForDone();
-    progress.finishedAll();
-    return allMade;
+    runInThreads(static_cast<int>(std::min<qsizetype>(options.jobs, options.files.size())), work);
+    return progress.finish() && allMade;
 }

@@ -1,10 +1,10 @@
 #ifndef EXPORTRUN_H
 #define EXPORTRUN_H
 
-struct ExportSettings;
+struct ExportOptions;
 
-/// Exports all gauges that @a settings name, several at a time, and tells the user how it goes. Returns
-/// whether every one succeeded; the failure of one does not keep the others from being made.
-[[nodiscard]] bool exportAll(const ExportSettings &settings);
+/// Exports all gauges and tells the user about the progress. Returns whether all files were made and listed;
+/// a gauge that fails does not keep the others from being made.
+[[nodiscard]] bool exportAll(const ExportOptions &options);
 
 #endif

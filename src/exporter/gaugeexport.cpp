@@ -1,54 +1,31 @@
 #include "exporter/gaugeexport.h"
 
-#include "exporter/commandline.h"
+#include "exporter/exportoptions.h"
+#include "exporter/inputfile.h"
+#include "exporter/outputfile.h"
+#include "exporter/outputnames.h"
 #include "exporter/progress.h"
 #include "model/gaugefile.h"
 #include "model/layernames.h"
 #include "render/imageexport.h"
-#include "render/keyframes.h"
 #include "render/sweep.h"
-#ifdef CORVALENCE_FAST_PNG
-#include "exporter/pngencoder.h"
-#endif
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
-#include <QTextStream>
+#include <QThread>
+#include <QThreadPool>
 
 #include <algorithm>
-#include <cstdio>
 #include <limits>
+#include <new>
 
 namespace {
 
-/// One file to make of a gauge.
-struct Output
-{
-    ExportFormat format;
-    int size; ///< In pixels; means nothing for a format without a size.
-};
-
-QList<Output> outputs(const ExportSettings &settings)
-{
-    QList<Output> all;
-    for (const ExportFormat format : settings.formats) {
-        if (isPicture(format)) {
-            for (const int size : settings.sizes)
-                all.append({format, size});
-        } else {
-            all.append({format, 0});
-        }
-    }
-    return all;
-}
-
-/// The rows that one value of the layers option means: those of the name that it is as a whole, else of each
-/// name or number in it. Sets @a unknown to what is neither.
-QList<qsizetype> rowsNamed(const QString &value, const QList<gaugeLayer> &layers, QString &unknown)
+/// The rows of the layers that one value of --layers stands for: of all layers with this name, or else with
+/// the names and numbers that the value lists. Sets @a unknown to a part that is neither.
+QList<qsizetype> findRows(const QString &value, const QList<gaugeLayer> &layers, QString &unknown)
 {
     QList<qsizetype> rows;
     const auto appendNamed = [&layers, &rows](const QString &name) {
@@ -74,206 +51,180 @@ QList<qsizetype> rowsNamed(const QString &value, const QList<gaugeLayer> &layers
     return rows;
 }
 
-/// Leaves only the layers wanted, in the order of the gauge. Returns the reason when one is not there.
+QString unknownLayer(const QString &name, const QList<gaugeLayer> &layers)
+{
+    constexpr qsizetype maxNames = 20;
+    QStringList names;
+    for (const gaugeLayer &layer : layers.first(std::min(layers.size(), maxNames)))
+        names.append(QStringLiteral("\"%1\"").arg(layer.name));
+    if (layers.size() > maxNames)
+        names.append(QStringLiteral("and %1 more").arg(layers.size() - maxNames));
+    return QStringLiteral("There is no layer \"%1\". The layers are %2.")
+        .arg(name, names.join(QLatin1String(", ")));
+}
+
+/// Removes the layers that are not in @a wanted and keeps the order. Returns the reason for a failure.
 QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
 {
     if (wanted.isEmpty())
         return {};
-    QList<bool> chosen(layers.size(), false);
+    QList<bool> isSelected(layers.size(), false);
     for (const QString &value : wanted) {
         QString unknown;
-        for (const qsizetype row : rowsNamed(value, layers, unknown))
-            chosen[row] = true;
+        for (const qsizetype row : findRows(value, layers, unknown))
+            isSelected[row] = true;
         if (!unknown.isNull())
-            return QStringLiteral("There is no layer \"%1\".").arg(unknown);
+            return unknownLayer(unknown, layers);
     }
     QList<gaugeLayer> selected;
     for (qsizetype row = 0; row < layers.size(); ++row) {
-        if (chosen.at(row))
+        if (isSelected.at(row))
             selected.append(layers.at(row));
     }
     layers = selected;
     return {};
 }
 
-QString checkTicks(const QList<gaugeLayer> &layers, quint64 limit)
+QString checkTickCount(const QList<gaugeLayer> &layers, quint64 limit)
 {
-    quint64 ticks = 0;
+    constexpr quint64 maxCount = std::numeric_limits<quint64>::max();
+    quint64 count = 0;
     for (const gaugeLayer &layer : layers) {
-        const quint64 more = totalTickCount(layer.data);
-        const quint64 room = std::numeric_limits<quint64>::max() - ticks;
-        ticks += std::min(more, room);
+        const auto &lengths = layer.data.arcAngleLength;
+        const auto arcs = static_cast<quint64>(lengths.size()) -
+                          static_cast<quint64>(std::ranges::count(lengths, 0.0)); // those are not drawn
+        const quint64 ticks = totalTickCount(layer.data);
+        count += std::min(ticks, maxCount - count);
+        count += std::min(arcs, maxCount - count);
     }
-    if (ticks <= limit)
+    if (count <= limit)
         return {};
-    QLocale plain = QLocale::c();
-    plain.setNumberOptions(QLocale::DefaultNumberOptions); // thousands apart, for numbers of this length
-    return QStringLiteral("It has %1 ticks, more than the limit of %2 (--tick-limit raises it).")
-        .arg(plain.toString(ticks), plain.toString(limit));
+    QLocale locale = QLocale::c();
+    locale.setNumberOptions(QLocale::DefaultNumberOptions); // with thousands separators
+    return QStringLiteral("It has %1 ticks and arcs, more than the limit of %2 (--tick-limit raises this).")
+        .arg(locale.toString(count), locale.toString(limit));
 }
 
-/// The layers to export of a gauge file's bytes. Returns the reason when there are none.
-QString readLayers(const QByteArray &bytes, const QString &baseName, const ExportSettings &settings,
+/// Reads the layers to export. Returns the reason for a failure.
+QString readLayers(const QByteArray &bytes, const QString &baseName, const ExportOptions &options,
                    QList<gaugeLayer> &layers)
 {
-    QString error;
-    if (!gaugeFile::read(bytes, &layers, &error))
-        return error;
-    nameUnnamedLayers(layers, baseName, LoadInto::CurrentRow, 1); // as in a new window of one row
-    error = selectLayers(layers, settings.layers);
-    return error.isEmpty() ? checkTicks(layers, settings.tickLimit) : error;
+    QString reason = checkIsGauge(bytes);
+    if (!reason.isEmpty() || !gaugeFile::read(bytes, &layers, &reason))
+        return reason;
+    nameUnnamedLayers(layers, baseName, LoadInto::CurrentRow, 1); // as in a new window, which has one row
+    reason = selectLayers(layers, options.layers);
+    return reason.isEmpty() ? checkTickCount(layers, options.tickLimit) : reason;
 }
 
-/// Writes a PNG: the very bytes that the editor writes, by the faster way where there is one.
-bool writePicture(QIODevice &device, int size, const QList<gaugeData> &stack, const PictureStyle &style)
+/// Makes the bytes of one output. Returns the reason for a failure.
+QString makeOutput(const Output &output, const QList<gaugeLayer> &layers, const ExportOptions &options,
+                   QByteArray &bytes)
 {
-#ifdef CORVALENCE_FAST_PNG
-    const QImage image = gaugeImage(size, stack, style);
-    return !image.isNull() && writeArgbPng(device, image);
-#else
-    return writePng(device, size, stack, style);
-#endif
-}
-
-/// Writes what a text stream makes of a text, as the editor does. The stream does not see the device: it
-/// would take the text for written when the device has taken a part.
-bool writeText(QIODevice &device, const auto &text)
-{
-    QByteArray bytes;
-    QTextStream(&bytes) << text;
-    return device.write(bytes) == bytes.size();
-}
-
-/// Writes one output to an open device.
-bool writeOutput(QIODevice &device, const Output &output, const QList<gaugeLayer> &layers,
-                 const ExportSettings &settings)
-{
-    QList<gaugeData> stack;
-    stack.reserve(layers.size());
-    for (const gaugeLayer &layer : layers)
-        stack.append(layer.data);
-    const PictureStyle style{.millimetres = settings.trueSide(output.size),
-                             .textAsPaths = settings.textAsPaths};
-    switch (output.format) {
-    case ExportFormat::Png:
-        return writePicture(device, output.size, stack, style);
-    case ExportFormat::Svg:
-        return writeSvg(device, output.size, stack, style);
-    case ExportFormat::Pdf:
-        return writePdf(device, output.size, stack, style);
-    case ExportFormat::KeyframeTable:
-        return writeText(device, keyframeTable(layers));
-    case ExportFormat::Gauge:
-        return writeText(device, gaugeFile::write(layers));
+    constexpr qsizetype maxSize = 1024 * 1024 * 1024;
+    const QString name = QLatin1String(output.format->name);
+    const QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
+    const PictureStyle style{.millimetres = options.trueSide(output.size),
+                             .textAsPaths = options.textAsPaths};
+    if (output.format->estimatedSize != nullptr) {
+        const double size = output.format->estimatedSize(layers, style);
+        if (size > static_cast<double>(maxSize))
+            return tooLarge;
+        // Fails here if there is not enough memory: a destructor in Qt that fails to allocate memory ends the
+        // program. The text is in memory as UTF-16 and twice as UTF-8 when it is written.
+        (void)QByteArray(static_cast<qsizetype>(4.0 * size), Qt::Uninitialized);
     }
-    Q_UNREACHABLE();
+    // Outside the global pool, Qt's raster engine starts threads itself and waits forever if there are none.
+    if (output.format->isRaster && !QThreadPool::globalInstance()->contains(QThread::currentThread()))
+        return QStringLiteral("The %1 cannot be made: the system starts no more threads.").arg(name);
+
+    QBuffer buffer(&bytes);
+    const bool made =
+        buffer.open(QIODevice::WriteOnly) && output.format->write(buffer, output.size, layers, style);
+    if (!made)
+        return QStringLiteral("The %1 cannot be made: there is not enough memory.").arg(name);
+    return bytes.size() > maxSize ? tooLarge : QString();
 }
 
-QString cannotMake(const Output &output)
+/// Makes and writes one file. Returns the reason for a failure.
+QString makeFile(const Output &output, const QString &gaugeId, const InputFiles &inputs,
+                 const QList<gaugeLayer> &layers, const ExportOptions &options, Progress &progress)
 {
-    return QStringLiteral("The %1 could not be made.").arg(formatName(output.format));
-}
+    const QString id = fileId(output.path);
+    const bool updatesGauge = output.format == findExportFormat(QStringLiteral("gauge")) && id == gaugeId;
+    if (!id.isEmpty() && inputs.contains(id) && !updatesGauge && options.existing != ExistingFile::Keep)
+        return QStringLiteral("%1 is a gauge to export and is not replaced.").arg(output.path);
 
-/// A name template with its places filled, in the folder that the gauge's files go to.
-QString pathWithoutSuffix(QString name, const QString &gaugePath, const QString &size,
-                          const ExportSettings &settings)
-{
-    const QFileInfo gauge(gaugePath);
-    name.replace(QLatin1String("{size}"), size);
-    name.replace(QLatin1String("{name}"), gauge.completeBaseName());
-    const QString folder = settings.outputFolder.isEmpty() ? gauge.path() : settings.outputFolder;
-    return QDir::cleanPath(folder + QLatin1Char('/') + name);
-}
-
-QString outputPath(const QString &gaugePath, const Output &output, const ExportSettings &settings)
-{
-    if (!settings.outputFile.isEmpty())
-        return settings.outputFile;
-    const QString &name = isPicture(output.format) ? settings.pictureNames : settings.otherNames;
-    return pathWithoutSuffix(name, gaugePath, QString::number(output.size), settings) + QLatin1Char('.') +
-           formatName(output.format);
-}
-
-/// Makes one file. Returns the reason when that fails.
-QString makeFile(const QString &path, const Output &output, const QList<gaugeLayer> &layers,
-                 const ExportSettings &settings, Progress &progress)
-{
-    if (QFileInfo::exists(path)) {
-        if (settings.existing == ExistingFile::Keep)
-            return {};
-        if (settings.existing == ExistingFile::Refuse)
-            return QStringLiteral("%1 exists already (--overwrite replaces it, --keep keeps it).").arg(path);
+    WriteResult result = checkOutputFile(output.path, options.existing);
+    if (result.written && !options.dryRun) {
+        QByteArray bytes;
+        const QString reason = makeOutput(output, layers, options, bytes);
+        if (!reason.isEmpty())
+            return reason;
+        result = writeOutputFile(output.path, bytes, options.existing);
     }
-    if (!settings.dryRun) {
-        const QString folder = QFileInfo(path).path();
-        if (!QDir().mkpath(folder))
-            return QStringLiteral("The folder %1 cannot be made.").arg(folder);
-        QSaveFile file(path);
-        if (!file.open(QIODevice::WriteOnly))
-            return QStringLiteral("%1: %2").arg(path, file.errorString());
-        const bool made = writeOutput(file, output, layers, settings);
-        if (file.error() == QFileDevice::NoError && !made)
-            return cannotMake(output);
-        if (!file.commit())
-            return QStringLiteral("%1: %2").arg(path, file.errorString());
+    if (result.written)
+        progress.wrote(output.path);
+    return result.reason;
+}
+
+/// Runs a part of an export. Running out of memory is a failure of this part only.
+QString withoutBadAlloc(const auto &work)
+{
+    try {
+        return work();
+    } catch (const std::bad_alloc &) {
+        return QStringLiteral("There is not enough memory.");
     }
-    progress.wrote(path);
-    return {};
 }
 
 } // namespace
 
-QString outputStem(const QString &gaugePath, const ExportSettings &settings)
+QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const ExportOptions &options,
+                    Progress &progress)
 {
-    return pathWithoutSuffix(settings.otherNames, gaugePath, QString(), settings);
-}
-
-QString exportGauge(const QString &gaugePath, const ExportSettings &settings, Progress &progress)
-{
-    QFile file(gaugePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return file.errorString();
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return file.errorString();
-    file.close();
-
+    if (options.notUtf8.contains(gaugePath))
+        return QStringLiteral("Its name is not UTF-8.");
     QList<gaugeLayer> layers;
-    QString reason = readLayers(bytes, QFileInfo(gaugePath).completeBaseName(), settings, layers);
+    QString reason = checkBaseName(gaugePath, options);
+    if (reason.isEmpty()) {
+        reason = withoutBadAlloc([&] {
+            QByteArray bytes;
+            const QString failure = readInputFile(gaugePath, options.inputLimit, bytes);
+            return failure.isEmpty()
+                       ? readLayers(bytes, QFileInfo(gaugePath).completeBaseName(), options, layers)
+                       : failure;
+        });
+    }
     if (!reason.isEmpty())
         return reason;
-    for (const Output &output : outputs(settings)) {
+    const QString gaugeId = fileId(gaugePath);
+    for (const Output &output : outputsOf(gaugePath, options)) {
         const QString failure =
-            makeFile(outputPath(gaugePath, output, settings), output, layers, settings, progress);
+            withoutBadAlloc([&] { return makeFile(output, gaugeId, inputs, layers, options, progress); });
         if (reason.isEmpty())
             reason = failure;
     }
     return reason;
 }
 
-QString exportStandardInput(const ExportSettings &settings)
+QString exportStandardInput(const ExportOptions &options)
 {
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly))
-        return input.errorString();
-    const QByteArray bytes = input.readAll();
-    if (input.error() != QFileDevice::NoError)
-        return input.errorString();
-
-    // Without a file name the first layer keeps the name of the row that it takes.
-    QList<gaugeLayer> layers;
-    const QString firstRow = QCoreApplication::translate("Window", "Layer %1").arg(1);
-    QString reason = readLayers(bytes, firstRow, settings, layers);
-    if (!reason.isEmpty() || settings.dryRun)
-        return reason;
-
-    const Output output = outputs(settings).constFirst();
-    QBuffer result;
-    if (!result.open(QIODevice::WriteOnly) || !writeOutput(result, output, layers, settings))
-        return cannotMake(output);
-    QFile standardOutput;
-    const bool written = standardOutput.open(stdout, QIODevice::WriteOnly) &&
-                         standardOutput.write(result.data()) == result.data().size() &&
-                         standardOutput.flush();
-    return written ? QString() : standardOutput.errorString();
+    return withoutBadAlloc([&] {
+        QByteArray bytes;
+        QString reason = readStandardInput(options.inputLimit, bytes);
+        if (!reason.isEmpty())
+            return reason;
+        // Without a file name the first layer gets the name of its row.
+        QList<gaugeLayer> layers;
+        const QString baseName = QCoreApplication::translate("Window", "Layer %1").arg(1);
+        reason = readLayers(bytes, baseName, options, layers);
+        if (!reason.isEmpty() || options.dryRun)
+            return reason;
+        const ExportFormat *format = options.formats.constFirst();
+        const Output output{format, format->isPicture ? options.sizes.constFirst() : 0, {}};
+        QByteArray result;
+        reason = makeOutput(output, layers, options, result);
+        return reason.isEmpty() ? writeStandardOutput(result) : reason;
+    });
 }

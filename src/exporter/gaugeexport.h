@@ -1,24 +1,24 @@
 #ifndef GAUGEEXPORT_H
 #define GAUGEEXPORT_H
 
+#include <QHash>
 #include <QString>
 
 class Progress;
-struct ExportSettings;
+struct ExportOptions;
 
-/// The path, without size and suffix, that the files of a gauge share. Two gauges with the same one would
-/// write over each other.
-[[nodiscard]] QString outputStem(const QString &gaugePath, const ExportSettings &settings);
+/// The gauge files of a call, by fileId().
+using InputFiles = QHash<QString, QString>;
 
-/// Exports one gauge file as @a settings say and tells @a progress of each file written.
+/// Exports one gauge file and tells @a progress about each file written. No file in @a inputs is replaced,
+/// except that the gauge itself may be written in the gauge format.
 ///
-/// Returns an empty text, or the reason for the first failure; what else can be written still is. Files are
-/// written whole or not at all. Uses no state but its arguments, and so runs in any thread.
-[[nodiscard]] QString exportGauge(const QString &gaugePath, const ExportSettings &settings,
-                                  Progress &progress);
+/// Returns an empty text, or the reason for the first failure; the other files are still made. Thread-safe.
+[[nodiscard]] QString exportGauge(const QString &gaugePath, const InputFiles &inputs,
+                                  const ExportOptions &options, Progress &progress);
 
-/// Exports the gauge on standard input to standard output. Returns an empty text or the reason for the
-/// failure, after which nothing was written.
-[[nodiscard]] QString exportStandardInput(const ExportSettings &settings);
+/// Exports the gauge on standard input to standard output. Returns an empty text, or the reason for the
+/// failure.
+[[nodiscard]] QString exportStandardInput(const ExportOptions &options);
 
 #endif

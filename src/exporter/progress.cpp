@@ -1,89 +1,90 @@
 #include "exporter/progress.h"
 
-#include <QtGlobal>
+#include "exporter/terminal.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace {
 
-/// Text for one line of a terminal or a log: a name with a line feed must not pass for two.
-std::string oneLine(QString text)
+std::string counted(size_t count, const char *what)
 {
-    for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
-            character = QLatin1Char('?');
-    }
-    return text.toStdString();
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 } // namespace
 
-Progress::Progress(size_t total, Style style)
-    : m_total(total)
+Progress::Progress(size_t gaugeCount, Style style)
+    : m_gaugeCount(gaugeCount)
     , m_style(style)
 {
 }
 
-Progress::Style Progress::styleForStandardOutput()
-{
-#ifdef Q_OS_WIN
-    const bool terminal = _isatty(_fileno(stdout)) != 0;
-#else
-    const bool terminal = isatty(STDOUT_FILENO) != 0;
-#endif
-    return terminal ? Style::Bar : Style::Lines;
-}
-
 void Progress::wrote(const QString &path)
 {
-    if (m_style != Style::Lines)
-        return;
     const std::scoped_lock lock(m_mutex);
-    std::printf("%s\n", oneLine(path).c_str());
+    ++m_writtenCount;
+    if (m_style == Style::Lines)
+        std::printf("%s\n", maskControlCharacters(path).c_str());
 }
 
 void Progress::failed(const QString &gauge, const QString &reason)
 {
     const std::scoped_lock lock(m_mutex);
+    ++m_failedCount;
     hideBar();
     std::fflush(stdout);
-    std::fprintf(stderr, "%s: %s\n", oneLine(gauge).c_str(), oneLine(reason).c_str());
+    std::fprintf(stderr, "%s: %s\n", maskControlCharacters(gauge).c_str(),
+                 maskControlCharacters(reason).c_str());
     showBar();
 }
 
-void Progress::finishedOne()
+void Progress::finishedGauge()
 {
     const std::scoped_lock lock(m_mutex);
-    ++m_done;
+    ++m_finishedCount;
     showBar();
 }
 
-void Progress::finishedAll()
+bool Progress::finish()
 {
     const std::scoped_lock lock(m_mutex);
-    hideBar();
-    std::fflush(stdout);
+    if (m_style == Style::Bar) {
+        hideBar();
+        const std::string failures =
+            m_failedCount == 0 ? std::string() : ", " + counted(m_failedCount, "gauge") + " failed";
+        std::printf("%s written%s\n", counted(m_writtenCount, "file").c_str(), failures.c_str());
+    }
+    const bool hadError = std::ferror(stdout) != 0;
+    if (std::fflush(stdout) == 0 && !hadError)
+        return true;
+    std::fprintf(stderr, "corvalence-export: standard output: %s\n", std::strerror(errno));
+    return false;
 }
 
 void Progress::showBar()
 {
-    // What is done in a blink needs no bar.
-    constexpr auto patience = std::chrono::milliseconds(300);
-    if (m_style != Style::Bar || std::chrono::steady_clock::now() - m_start < patience)
+    // No bar for runs under 300 ms.
+    constexpr auto delay = std::chrono::milliseconds(300);
+    if (m_style != Style::Bar || std::chrono::steady_clock::now() - m_start < delay)
         return;
-    constexpr size_t width = 40;
-    std::string bar(width, '-');
-    std::fill_n(bar.begin(), width * m_done / m_total, '#');
-    std::putchar('\r');
-    m_barLength = std::printf("[%s] %zu/%zu", bar.c_str(), m_done, m_total);
+    const std::string count = std::to_string(m_finishedCount) + '/' + std::to_string(m_gaugeCount);
+    constexpr int maxWidth = 40;
+    constexpr int brackets = 3; // and a space
+    // The last column stays empty: some terminals begin a new line after it.
+    const int room = terminalWidth() - 1 - static_cast<int>(count.size());
+    if (room < 0)
+        return;
+    std::string line = count;
+    if (room > brackets) {
+        const auto width = static_cast<size_t>(std::min(maxWidth, room - brackets));
+        const size_t filled = width * m_finishedCount / m_gaugeCount;
+        line = '[' + std::string(filled, '#') + std::string(width - filled, '-') + "] " + count;
+    }
+    m_barLength = std::printf("\r%s", line.c_str()) - 1;
     std::fflush(stdout);
 }
 

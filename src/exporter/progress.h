@@ -7,26 +7,23 @@
 #include <cstddef>
 #include <mutex>
 
-/// Tells the user how an export goes: a bar when standard output is a terminal, elsewhere a line with each
-/// file written, and on standard error a line for each gauge that failed. May be called from any thread.
+/// Tells the user about the progress of an export: on standard output with a line for each file written, or
+/// a bar and a summary; on standard error with a line for each gauge that failed. Thread-safe.
 class Progress
 {
 public:
     enum class Style { Quiet, Lines, Bar };
 
-    /// @a total is the number of gauges.
-    Progress(size_t total, Style style);
-
-    /// The style for standard output as it is.
-    [[nodiscard]] static Style styleForStandardOutput();
+    /// @a gaugeCount is the number of gauges to export.
+    Progress(size_t gaugeCount, Style style);
 
     void wrote(const QString &path);
-    /// @a gauge is its file's name.
+    /// @a gauge is the name of its file.
     void failed(const QString &gauge, const QString &reason);
-    /// One gauge more is done, well or not.
-    void finishedOne();
-    /// Takes the bar away.
-    void finishedAll();
+    /// One more gauge was exported or failed.
+    void finishedGauge();
+    /// Replaces the bar by the summary. Returns false if standard output did not take everything.
+    [[nodiscard]] bool finish();
 
 private:
     void showBar();
@@ -34,8 +31,10 @@ private:
 
     std::mutex m_mutex;
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-    size_t m_total;
-    size_t m_done = 0;
+    size_t m_gaugeCount;
+    size_t m_finishedCount = 0;
+    size_t m_failedCount = 0;
+    size_t m_writtenCount = 0;
     int m_barLength = 0;
     Style m_style;
 };

@@ -1,69 +1,24 @@
 #include "exporterrun.h"
 
+#include "model/gaugefile.h"
+#include "support/warnings.h"
+
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 
-ExporterRun runExporter(const QStringList &arguments, const RunConditions &conditions)
+using namespace Qt::StringLiterals;
+
+QStringList words(const char *arguments)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("DISPLAY"));
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    for (auto variable = conditions.environment.cbegin(); variable != conditions.environment.cend();
-         ++variable)
-        environment.insert(variable.key(), variable.value());
-
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    if (!conditions.folder.isEmpty())
-        process.setWorkingDirectory(conditions.folder);
-    if (!conditions.standardOutput.isEmpty())
-        process.setStandardOutputFile(conditions.standardOutput);
-    if (!conditions.standardInput.isEmpty())
-        process.setStandardInputFile(conditions.standardInput);
-    if (conditions.before)
-        process.setChildProcessModifier(conditions.before);
-    process.start(QStringLiteral(CORVALENCE_EXPORT), arguments);
-    if (conditions.standardInput.isEmpty()) {
-        process.write(conditions.input);
-        process.closeWriteChannel();
-    }
-    constexpr int patience = 300'000;
-    const bool ended = process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit;
-    return {ended ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
-}
-
-QString writeGauge(const QString &path, const QStringList &layerNames)
-{
-    QList<gaugeLayer> layers;
-    for (const QString &name : layerNames) {
-        gaugeLayer layer{name, {}};
-        layer.data.divisionCount[0] = 3 + static_cast<int>(layers.size());
-        layers.append(layer);
-    }
-    return writeFile(path, gaugeFile::write(layers));
+    return QString::fromUtf8(arguments).split(u' ', Qt::SkipEmptyParts);
 }
 
 QStringList contents(const QString &folder)
 {
     QStringList names;
-    QDirIterator iterator(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+    QDirIterator iterator(folder, QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot,
                           QDirIterator::Subdirectories);
     while (iterator.hasNext())
         names.append(QDir(folder).relativeFilePath(iterator.next()));
@@ -79,4 +34,64 @@ QStringList layerNames(const QByteArray &gauge)
     for (const gaugeLayer &layer : std::as_const(layers))
         names.append(layer.name);
     return names;
+}
+
+ExporterTest::ExporterTest() = default;
+ExporterTest::~ExporterTest() = default;
+
+void ExporterTest::init()
+{
+    failOnUnexpectedWarnings();
+    m_folder = std::make_unique<QTemporaryDir>();
+    writeGauge(u"Dial.gauge"_s);
+}
+
+QString ExporterTest::path(const QString &name) const
+{
+    return m_folder->filePath(name);
+}
+
+void ExporterTest::write(const QString &name, const QByteArray &bytes) const
+{
+    QDir().mkpath(QFileInfo(path(name)).path());
+    writeFile(path(name), bytes);
+}
+
+void ExporterTest::writeGauge(const QString &name, const QStringList &layers) const
+{
+    QList<gaugeLayer> stack;
+    for (const QString &layerName : layers) {
+        gaugeLayer layer{layerName, {}};
+        layer.data.divisionCount[0] = 3 + static_cast<int>(stack.size());
+        stack.append(layer);
+    }
+    write(name, gaugeFile::write(stack));
+}
+
+ExporterRun ExporterTest::run(const QStringList &arguments, const RunConditions &conditions) const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QLatin1String(variable));
+    for (const auto &[name, value] : conditions.environment.asKeyValueRange())
+        environment.insert(name, value);
+
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(m_folder->path());
+    if (!conditions.standardOutput.isEmpty())
+        process.setStandardOutputFile(conditions.standardOutput);
+    if (!conditions.standardInput.isEmpty())
+        process.setStandardInputFile(conditions.standardInput);
+    if (conditions.before)
+        process.setChildProcessModifier(conditions.before);
+    const QString exporter = QStringLiteral(CORVALENCE_EXPORT);
+    process.start(conditions.program.isEmpty() ? exporter : conditions.program, arguments);
+    if (conditions.standardInput.isEmpty()) {
+        process.write(conditions.input);
+        process.closeWriteChannel();
+    }
+    constexpr int timeout = 120'000;
+    const bool ended = process.waitForFinished(timeout) && process.exitStatus() == QProcess::NormalExit;
+    return {ended ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
 }

@@ -1,27 +1,24 @@
 #include "exporterrun.h"
+#include "model/gaugefile.h"
 #include "support/dialogs.h"
 #include "support/network.h"
 #include "support/testmain.h"
-#include "support/warnings.h"
 #include "window.h"
 
 #include <QAbstractButton>
 #include <QDir>
 #include <QFileDialog>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 /// The exporter's files against those that the editor's buttons write for the same gauge.
-class tst_ExporterAndEditor : public QObject
+class tst_ExporterAndEditor : public ExporterTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { failOnUnexpectedWarnings(); }
-
     void writeTheSameBytes_data();
     void writeTheSameBytes();
 
@@ -88,18 +85,17 @@ void tst_ExporterAndEditor::writeTheSameBytes()
 {
     QFETCH(const QByteArray, gauge);
     QFETCH(const int, size);
-    const QTemporaryDir folder;
-    const QString file = writeFile(folder.filePath(u"My dial.gauge"_s), gauge);
-    QCOMPARE(exportFromWindow(file, size, folder.path()), QStringList());
+    write(u"My dial.gauge"_s, gauge);
+    QCOMPARE(exportFromWindow(path(u"My dial.gauge"_s), size, path({})), QStringList());
 
-    const ExporterRun result = runExporter(
-        {u"-f"_s, u"png,svg,csv,gauge"_s, u"-s"_s, QString::number(size), u"-n"_s, u"exporter"_s, file});
+    const ExporterRun result = run({u"-f"_s, u"png,svg,csv,gauge"_s, u"-s"_s, QString::number(size), u"-n"_s,
+                                    u"exporter"_s, u"My dial.gauge"_s});
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(result.status, 0);
     for (const char *suffix : {".png", ".svg", ".csv", ".gauge"}) {
-        const QByteArray editor = readFile(folder.filePath(u"editor"_s + QLatin1String(suffix)));
+        const QByteArray editor = read(u"editor"_s + QLatin1String(suffix));
         QVERIFY2(!editor.isEmpty(), suffix);
-        QVERIFY2(readFile(folder.filePath(u"exporter"_s + QLatin1String(suffix))) == editor, suffix);
+        QVERIFY2(read(u"exporter"_s + QLatin1String(suffix)) == editor, suffix);
     }
 }
 

@@ -1,347 +1,372 @@
 #include "exporterrun.h"
 #include "support/testmain.h"
-#include "support/warnings.h"
 
 #include <QDir>
 #include <QImage>
-#include <QTemporaryDir>
 #include <QTest>
 
-#include <memory>
+#include <array>
 
 #ifdef Q_OS_UNIX
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
 using namespace Qt::StringLiterals;
 
-/// Where the exporter's files go, what becomes of files that are there, and what the user is told.
-class tst_ExporterFiles : public QObject
+/// The names of the exporter's files, what happens to files that exist, and what the user is told.
+class tst_ExporterFiles : public ExporterTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        failOnUnexpectedWarnings();
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_gauge = writeGauge(path("Dial.gauge"));
-    }
-
-    void helpNamesEveryOption();
-    void versionNamesProgramAndVersion();
-    void writesBesideEachGauge();
-    void makesTheOutputFolder();
-    void fillsTheNameTemplate_data();
-    void fillsTheNameTemplate();
-    void writesToTheNameGiven_data();
-    void writesToTheNameGiven();
-    void makesTheFolderOfTheNameGiven();
-    void refusesAnExistingFileOfTheNameGiven();
-    void overwritesAnExistingFileOfTheNameGiven();
-    void keepsAnExistingFileOfTheNameGiven();
-    void refusesAnExistingFile();
-    void overwritesAnExistingFile();
-    void keepsAnExistingFile();
-    void dryRunWritesNothing();
-    void dryRunStillFindsFaults();
-    void tellsEachFileOnALine();
-    void quietTellsNothing();
-    void aTerminalGetsABar();
-    void doesTheSameWithAnyNumberOfJobs();
+    void namesFiles_data();
+    void namesFiles();
+    void writesToTheGivenName();
+    void treatsExistingFiles_data();
+    void treatsExistingFiles();
+    void reportsFailures_data();
+    void reportsFailures();
+    void exportsTheOtherGauges();
+    void reportsOneLineForEachGauge();
+    void refusesGaugesWhoseFilesHaveTheSameName_data();
+    void refusesGaugesWhoseFilesHaveTheSameName();
+    void showsVersionAndUsageErrors();
+    void showsProgressOnATerminal_data();
+    void showsProgressOnATerminal();
+    void refusesToWritePicturesToATerminal();
+    void writesTheSameWithAnyNumberOfJobs();
     void exportsStandardInputToStandardOutput_data();
     void exportsStandardInputToStandardOutput();
-    void dryRunOfStandardInputIsSilent();
-    void leavesAChosenPlatformAlone();
     void linksNoWidgets();
-
-private:
-    [[nodiscard]] QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    [[nodiscard]] ExporterRun run(const QStringList &arguments) const
-    {
-        return runExporter(arguments, {.folder = m_folder->path()});
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_gauge;
 };
 
-void tst_ExporterFiles::helpNamesEveryOption()
+void tst_ExporterFiles::namesFiles_data()
 {
-    const ExporterRun result = run({u"--help"_s});
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.err, QByteArray());
-    for (const char *option : {"--formats", "--output", "--to", "--size", "--name-template", "--layers",
-                               "--text-as-paths", "--mm", "--dpi", "--jobs", "--overwrite", "--keep",
-                               "--dry-run", "--quiet", "--tick-limit", "--help", "--version"})
-        QVERIFY2(result.out.contains(option), option);
+    QTest::addColumn<QByteArray>("out");
+    const auto row = [](const char *arguments, const QByteArray &out) { QTest::newRow(arguments) << out; };
+    row("Dial.gauge", "Dial.png\n");
+    row("a/Other.gauge", "a/Other.png\n");
+    row("-f png,svg -f svg,csv Dial.gauge", "Dial.png\nDial.svg\nDial.csv\n");
+    row("-s 64,64 Dial.gauge", "Dial.png\n");
+    row("-s 64,128 -f png,csv Dial.gauge", "Dial-64.png\nDial-128.png\nDial.csv\n");
+    row("-o made/for/it Dial.gauge", "made/for/it/Dial.png\n");
+    row("-n {size}px_{name} -s 64,128 Dial.gauge", "64px_Dial.png\n128px_Dial.png\n");
+    row("-n face Dial.gauge", "face.png\n");
+    row("-n {name}{name} Dial.gauge", "DialDial.png\n");
+    row("-n {name}.x Dial.gauge", "Dial.x.png\n");
+    row("-n {size}/{name} -s 64 Dial.gauge", "64/Dial.png\n");
+    row("{size}.gauge", "{size}.png\n");
+    row("--to made/{name} Dial.gauge", "made/{name}\n");
+    row("--to face -s 64,128 -f csv Dial.gauge", "face\n");
+    row("-q Dial.gauge", "");
 }
 
-void tst_ExporterFiles::versionNamesProgramAndVersion()
+void tst_ExporterFiles::namesFiles()
 {
-    const ExporterRun result = run({u"--version"_s});
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.out, QByteArray("corvalence-export " CORVALENCE_VERSION "\n"));
-}
-
-void tst_ExporterFiles::writesBesideEachGauge()
-{
-    QVERIFY(QDir(m_folder->path()).mkdir(u"a"_s));
-    const QString other = writeGauge(path("a/Other.gauge"));
-    QCOMPARE(run({u"Dial.gauge"_s, other}).status, 0);
-    QVERIFY(QFile::exists(path("Dial.png")));
-    QVERIFY(QFile::exists(path("a/Other.png")));
-}
-
-void tst_ExporterFiles::makesTheOutputFolder()
-{
-    QCOMPARE(run({u"--output"_s, u"made/for/it"_s, m_gauge}).status, 0);
-    QVERIFY(QFile::exists(path("made/for/it/Dial.png")));
-    QVERIFY(!QFile::exists(path("Dial.png")));
-}
-
-void tst_ExporterFiles::fillsTheNameTemplate_data()
-{
-    QTest::addColumn<QString>("nameTemplate");
-    QTest::addColumn<QString>("sizes");
-    QTest::addColumn<QStringList>("files");
-    QTest::newRow("name and size") << u"{size}px {name}"_s << u"64,128"_s
-                                   << QStringList{u"128px Dial.png"_s, u"64px Dial.png"_s};
-    QTest::newRow("no place") << u"face"_s << u"64"_s << QStringList{u"face.png"_s};
-    QTest::newRow("a place twice") << u"{name}{name}"_s << u"64"_s << QStringList{u"DialDial.png"_s};
-    QTest::newRow("a dot") << u"{name}.x"_s << u"64"_s << QStringList{u"Dial.x.png"_s};
-    QTest::newRow("folders") << u"{size}/{name}"_s << u"64,128"_s
-                             << QStringList{u"128"_s, u"128/Dial.png"_s, u"64"_s, u"64/Dial.png"_s};
-}
-
-void tst_ExporterFiles::fillsTheNameTemplate()
-{
-    QFETCH(const QString, nameTemplate);
-    QFETCH(const QString, sizes);
-    QFETCH(const QStringList, files);
-    const ExporterRun result =
-        run({u"--name-template"_s, nameTemplate, u"--size"_s, sizes, u"--output"_s, u"out"_s, m_gauge});
-    QCOMPARE(result.err, QByteArray());
-    QCOMPARE(contents(path("out")), files);
-}
-
-void tst_ExporterFiles::writesToTheNameGiven_data()
-{
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("suffix"); // of the file that is made without a name
-    QTest::newRow("a PNG") << QStringList{} << u"face.png"_s << u"png"_s;
-    QTest::newRow("an SVG, by its suffix") << QStringList{} << u"face.SVG"_s << u"svg"_s;
-    QTest::newRow("a table, by its suffix") << QStringList{} << u"face.csv"_s << u"csv"_s;
-    QTest::newRow("a gauge, by its suffix") << QStringList{} << u"renewed.gauge"_s << u"gauge"_s;
-    QTest::newRow("no suffix") << QStringList{} << u"face"_s << u"png"_s;
-    QTest::newRow("another suffix") << QStringList{} << u"face.tmp"_s << u"png"_s;
-    QTest::newRow("a format against the suffix")
-        << QStringList{u"-f"_s, u"csv"_s} << u"face.png"_s << u"csv"_s;
-    QTest::newRow("a name like a template") << QStringList{} << u"{name}.png"_s << u"png"_s;
-    QTest::newRow("a table, which has no size")
-        << QStringList{u"-s"_s, u"64,128"_s, u"-f"_s, u"csv"_s} << u"face"_s << u"csv"_s;
-}
-
-void tst_ExporterFiles::writesToTheNameGiven()
-{
-    QFETCH(const QStringList, options);
-    QFETCH(const QString, name);
-    QFETCH(const QString, suffix);
-    const ExporterRun result = run(options + QStringList{u"--to"_s, name, u"Dial.gauge"_s});
+    QFETCH(const QByteArray, out);
+    writeGauge(u"a/Other.gauge"_s);
+    writeGauge(u"{size}.gauge"_s);
+    const QStringList before = files();
+    const ExporterRun dry = run(words("--dry-run") + words(QTest::currentDataTag()));
+    QCOMPARE(dry.out, out);
+    QCOMPARE(files(), before);
+    const ExporterRun result = run(QTest::currentDataTag());
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(result.status, 0);
-    QCOMPARE(result.out, name.toUtf8() + '\n');
-    QStringList files{u"Dial.gauge"_s, name};
-    files.sort();
-    QCOMPARE(contents(m_folder->path()), files);
-    QCOMPARE(run({u"-f"_s, suffix, u"-o"_s, u"usual"_s, u"Dial.gauge"_s}).status, 0);
-    QCOMPARE(readFile(m_folder->filePath(name)), readFile(m_folder->filePath(u"usual/Dial."_s + suffix)));
+    QCOMPARE(result.out, out);
+    for (const QByteArray &file : out.split('\n'))
+        QVERIFY2(QFile::exists(path(QString::fromUtf8(file))), file.constData());
+    QVERIFY(files() != before);
 }
 
-void tst_ExporterFiles::makesTheFolderOfTheNameGiven()
+void tst_ExporterFiles::writesToTheGivenName()
 {
-    QCOMPARE(run({u"--to"_s, u"made/for/it.png"_s, m_gauge}).status, 0);
-    QVERIFY(!QImage(path("made/for/it.png")).isNull());
+    QCOMPARE(run("-f svg,csv Dial.gauge").status, 0);
+    QCOMPARE(run("--to face.svg Dial.gauge").status, 0);
+    QCOMPARE(run("--to face.png -f csv Dial.gauge").status, 0);
+    QCOMPARE(read(u"face.svg"_s), read(u"Dial.svg"_s));
+    QCOMPARE(read(u"face.png"_s), read(u"Dial.csv"_s));
 }
 
-void tst_ExporterFiles::refusesAnExistingFileOfTheNameGiven()
+void tst_ExporterFiles::treatsExistingFiles_data()
 {
-    writeFile(path("face"), "mine");
-    const ExporterRun result = run({u"--to"_s, u"face"_s, u"Dial.gauge"_s});
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+    QTest::addColumn<bool>("replaces");
+    const auto row = [](const char *arguments, int status, const QByteArray &out, const QByteArray &err = {},
+                        bool replaces = false) {
+        QTest::newRow(arguments) << status << out << err << replaces;
+    };
+    const QByteArray exists = " exists already (--overwrite replaces it, --keep keeps it).\n";
+    row("-f csv,svg Dial.gauge", 1, "Dial.svg\n", "Dial.gauge: Dial.csv" + exists);
+    row("-f csv --dry-run Dial.gauge", 1, "", "Dial.gauge: Dial.csv" + exists);
+    row("-f csv,svg --keep Dial.gauge", 0, "Dial.svg\n");
+    row("-f csv,svg --overwrite Dial.gauge", 0, "Dial.csv\nDial.svg\n", {}, true);
+    row("--to Dial.csv Dial.gauge", 1, "", "Dial.gauge: Dial.csv" + exists);
+    row("--to Dial.csv --keep Dial.gauge", 0, "");
+    row("--to Dial.csv --overwrite Dial.gauge", 0, "Dial.csv\n", {}, true);
+    row("-n link -f csv --overwrite Dial.gauge", 0, "link.csv\n", {}, true);
+    row("-f csv --overwrite -o folder Dial.gauge", 1, "",
+        "Dial.gauge: folder/Dial.csv is not a regular file.\n");
+    row("-o Dial.csv/x Dial.gauge", 1, "",
+        "Dial.gauge: The folder Dial.csv/x cannot be made: Not a directory\n");
+}
+
+void tst_ExporterFiles::treatsExistingFiles()
+{
+    QFETCH(const int, status);
+    QFETCH(const QByteArray, out);
+    QFETCH(const QByteArray, err);
+    QFETCH(const bool, replaces);
+    write(u"Dial.csv"_s, "mine");
+    QFile::setPermissions(path(u"Dial.csv"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::link(u"Dial.csv"_s, path(u"link.csv"_s));
+    QDir().mkpath(path(u"folder/Dial.csv"_s));
+    const ExporterRun result = run(QTest::currentDataTag());
+    QCOMPARE(result.err, err);
+    QCOMPARE(result.out, out);
+    QCOMPARE(result.status, status);
+    QCOMPARE(read(u"Dial.csv"_s).startsWith("Layer,"), replaces);
+    QVERIFY(replaces || read(u"Dial.csv"_s) == "mine");
+    QVERIFY(QFileInfo(path(u"Dial.csv"_s)).permission(QFile::ExeOwner)); // replaced with its permissions
+    QVERIFY(QFileInfo(path(u"link.csv"_s)).isSymLink());
+    QVERIFY(files().filter(u".tmp"_s).isEmpty());
+}
+
+void tst_ExporterFiles::reportsFailures_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("err");
+    const auto row = [](const QStringList &arguments, const QByteArray &err) {
+        QTest::addRow("%s", qPrintable(arguments.join(u' '))) << arguments << err;
+    };
+    const QByteArray layers = " The layers are \"Dial\".\n";
+    row({u"No\nsuch\x1b[31m.gauge"_s}, "No?such?[31m.gauge: No such file or directory\n");
+    row(words("-l Needle Dial.gauge"), "Dial.gauge: There is no layer \"Needle\"." + layers);
+    row(words("-l dial Dial.gauge"), "Dial.gauge: There is no layer \"dial\"." + layers);
+    row(words("-l 0 Dial.gauge"), "Dial.gauge: There is no layer \"0\"." + layers);
+    row(words("-l Dial,2,1 Dial.gauge"), "Dial.gauge: There is no layer \"2\"." + layers);
+    row({u"-l"_s, u""_s, u"Dial.gauge"_s}, "Dial.gauge: There is no layer \"\"." + layers);
+    QByteArray many;
+    for (int number = 1; number <= 20; ++number)
+        many += '"' + QByteArray::number(number) + "\", ";
+    row(words("-l Needle Many.gauge"),
+        "Many.gauge: There is no layer \"Needle\". The layers are " + many + "and 5 more.\n");
+    for (const char *name : {"..gauge", ".gauge", "a/...gauge"}) {
+        row(words(name),
+            name + QByteArray(": Its name has nothing before the suffix to name files after.\n"));
+    }
+}
+
+void tst_ExporterFiles::reportsFailures()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, err);
+    QStringList many;
+    for (int number = 1; number <= 25; ++number)
+        many.append(QString::number(number));
+    writeGauge(u"Many.gauge"_s, many);
+    for (const QString &name : {u"..gauge"_s, u".gauge"_s, u"a/...gauge"_s})
+        writeGauge(name);
+    const QStringList before = files();
+    const ExporterRun result = run(arguments);
+    QCOMPARE(result.err, err);
     QCOMPARE(result.status, 1);
+    QCOMPARE(files(), before);
+    QCOMPARE(run(words("--to face.png a/...gauge")).status, 0); // a given name needs no base name
+}
+
+void tst_ExporterFiles::exportsTheOtherGauges()
+{
+    write(u"Bad.gauge"_s, "{");
+    writeGauge(u"Last.gauge"_s);
+    const ExporterRun result = run("-j 1 -f svg Gone.gauge Bad.gauge Dial.gauge . Last.gauge");
+    QCOMPARE(result.status, 1);
+    QCOMPARE(result.out, QByteArray("Dial.svg\nLast.svg\n"));
+    QCOMPARE(result.err, QByteArray("Gone.gauge: No such file or directory\nBad.gauge: unterminated object\n"
+                                    ".: Its name has nothing before the suffix to name files after.\n"));
+}
+
+void tst_ExporterFiles::reportsOneLineForEachGauge()
+{
+    for (const QString &name : {u"Dial.png"_s, u"Dial.svg"_s, u"Dial.csv"_s})
+        write(name, "mine");
+    QCOMPARE(run("-f png,svg,csv Dial.gauge").err.count('\n'), 1);
+}
+
+void tst_ExporterFiles::refusesGaugesWhoseFilesHaveTheSameName_data()
+{
+    QTest::addColumn<QByteArray>("out");
+    QTest::addColumn<QByteArray>("err");
+    QTest::newRow("-j1 -f csv -o out Dial.gauge a/Dial.gauge")
+        << QByteArray("out/Dial.csv\n")
+        << QByteArray("a/Dial.gauge: out/Dial.csv is already made from Dial.gauge.\n");
+    QTest::newRow("-j1 --size 128,1128 -n {name}{size} a.gauge a1.gauge")
+        << QByteArray("a128.png\na1128.png\n")
+        << QByteArray("a1.gauge: a1128.png is already made from a.gauge.\n");
+    QTest::newRow("-j1 -f csv a/Dial.gauge link/Dial.gauge")
+        << QByteArray("a/Dial.csv\n")
+        << QByteArray("link/Dial.gauge: link/Dial.csv is already made from a/Dial.gauge.\n");
+}
+
+void tst_ExporterFiles::refusesGaugesWhoseFilesHaveTheSameName()
+{
+    QFETCH(const QByteArray, out);
+    QFETCH(const QByteArray, err);
+    for (const QString &name : {u"a/Dial.gauge"_s, u"a.gauge"_s, u"a1.gauge"_s})
+        writeGauge(name);
+    QFile::link(u"a"_s, path(u"link"_s));
+    const ExporterRun result = run(words("--overwrite") + words(QTest::currentDataTag()));
+    QCOMPARE(result.err, err);
+    QCOMPARE(result.out, out);
+    QCOMPARE(result.status, 1);
+}
+
+void tst_ExporterFiles::showsVersionAndUsageErrors()
+{
+    QCOMPARE(run("--version").out, QByteArray("corvalence-export " CORVALENCE_VERSION "\n"));
+    const ExporterRun result = run({u"-s"_s, u"\x1b[31m"_s, u"Dial.gauge"_s});
     QCOMPARE(result.err,
-             QByteArray("Dial.gauge: face exists already (--overwrite replaces it, --keep keeps it).\n"));
-    QCOMPARE(readFile(path("face")), QByteArray("mine"));
+             QByteArray("corvalence-export: \"?[31m\" is not a size\nSee corvalence-export --help.\n"));
+    QCOMPARE(result.status, 2);
 }
 
-void tst_ExporterFiles::overwritesAnExistingFileOfTheNameGiven()
-{
-    writeFile(path("face"), "theirs");
-    QCOMPARE(run({u"--overwrite"_s, u"--to"_s, u"face"_s, m_gauge}).status, 0);
-    QVERIFY(!QImage(path("face")).isNull());
-}
-
-void tst_ExporterFiles::keepsAnExistingFileOfTheNameGiven()
-{
-    writeFile(path("face"), "mine");
-    QCOMPARE(run({u"--keep"_s, u"--to"_s, u"face"_s, m_gauge}).status, 0);
-    QCOMPARE(readFile(path("face")), QByteArray("mine"));
-}
-
-void tst_ExporterFiles::refusesAnExistingFile()
-{
-    writeFile(path("Dial.png"), "mine");
-    const ExporterRun result = run({u"-f"_s, u"png,svg"_s, u"Dial.gauge"_s});
-    QCOMPARE(result.status, 1);
-    QCOMPARE(result.err, QByteArray("Dial.gauge: Dial.png exists already (--overwrite replaces it, "
-                                    "--keep keeps it).\n"));
-    QCOMPARE(readFile(path("Dial.png")), QByteArray("mine"));
-    QVERIFY(QFile::exists(path("Dial.svg"))); // the rest is made all the same
-}
-
-void tst_ExporterFiles::overwritesAnExistingFile()
-{
-    writeFile(path("Dial.png"), "theirs");
-    QCOMPARE(run({u"--overwrite"_s, m_gauge}).status, 0);
-    QVERIFY(!QImage(path("Dial.png")).isNull());
-}
-
-void tst_ExporterFiles::keepsAnExistingFile()
-{
-    writeFile(path("Dial.png"), "mine");
-    const ExporterRun result = run({u"--keep"_s, u"-f"_s, u"png,svg"_s, u"Dial.gauge"_s});
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.out, QByteArray("Dial.svg\n"));
-    QCOMPARE(readFile(path("Dial.png")), QByteArray("mine"));
-}
-
-void tst_ExporterFiles::dryRunWritesNothing()
-{
-    const ExporterRun result =
-        run({u"--dry-run"_s, u"-f"_s, u"png,csv"_s, u"-s"_s, u"64,128"_s, u"-o"_s, u"out"_s, m_gauge});
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.out, QByteArray("out/Dial-64.png\nout/Dial-128.png\nout/Dial.csv\n"));
-    QCOMPARE(contents(m_folder->path()), QStringList{u"Dial.gauge"_s});
-}
-
-void tst_ExporterFiles::dryRunStillFindsFaults()
-{
-    writeFile(path("Dial.png"), "mine");
-    writeFile(path("Broken.gauge"), "{");
-    const ExporterRun result = run({u"--dry-run"_s, u"--jobs"_s, u"1"_s, m_gauge, path("Broken.gauge")});
-    QCOMPARE(result.status, 1);
-    QCOMPARE(result.err.count('\n'), 2);
-}
-
-void tst_ExporterFiles::tellsEachFileOnALine()
-{
-    const ExporterRun result = run({u"-f"_s, u"png,svg"_s, u"Dial.gauge"_s});
-    QCOMPARE(result.out, QByteArray("Dial.png\nDial.svg\n"));
-    QCOMPARE(result.err, QByteArray());
-}
-
-void tst_ExporterFiles::quietTellsNothing()
-{
-    const ExporterRun result = run({u"--quiet"_s, m_gauge});
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.out, QByteArray());
-    QCOMPARE(result.err, QByteArray());
-}
-
-void tst_ExporterFiles::aTerminalGetsABar()
-{
 #ifdef Q_OS_UNIX
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    QVERIFY(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
-    // The bar comes when work takes longer than a blink. Large pictures one after another do on any machine.
-    QStringList arguments{u"--jobs"_s, u"1"_s, u"--size"_s, u"1024"_s, u"--overwrite"_s};
-    constexpr int gauges = 60;
-    for (int number = 0; number < gauges; ++number)
-        arguments.append(writeGauge(m_folder->filePath(QString::number(number) + u".gauge"_s)));
-    const ExporterRun result = runExporter(
-        arguments, {.folder = m_folder->path(), .standardOutput = QString::fromLocal8Bit(ptsname(terminal))});
-    QCOMPARE(result.status, 0);
 
-    QByteArray shown;
-    std::array<char, 4096> chunk{};
-    for (ssize_t length = 0; (length = read(terminal, chunk.data(), chunk.size())) > 0;)
-        shown.append(chunk.data(), length);
-    close(terminal);
-    const QByteArray full = "[" + QByteArray(40, '#') + "] 60/60";
-    QVERIFY2(shown.contains('\r' + full), shown.constData());
-    QVERIFY(shown.endsWith('\r' + QByteArray(full.size(), ' ') + '\r')); // and is taken away
-    QVERIFY(!shown.contains(".png"));
-#else
-    QSKIP("needs a pseudo-terminal");
-#endif
+namespace {
+
+/// A pseudo-terminal of the given width.
+struct Terminal
+{
+    explicit Terminal(unsigned short columns)
+    {
+        grantpt(descriptor);
+        unlockpt(descriptor);
+        winsize size{};
+        size.ws_col = columns;
+        ioctl(descriptor, TIOCSWINSZ, &size);
+    }
+    [[nodiscard]] QString path() const { return QString::fromLocal8Bit(ptsname(descriptor)); }
+    /// What was written to it.
+    [[nodiscard]] QByteArray takeText() const
+    {
+        QByteArray text;
+        std::array<char, 4096> chunk{};
+        for (ssize_t length = 0; (length = ::read(descriptor, chunk.data(), chunk.size())) > 0;)
+            text.append(chunk.data(), length);
+        close(descriptor);
+        return text;
+    }
+    int descriptor = posix_openpt(O_RDWR | O_NOCTTY);
+};
+
+} // namespace
+
+void tst_ExporterFiles::showsProgressOnATerminal_data()
+{
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QByteArray>("lastBar");
+    QTest::newRow("usual") << 80 << '[' + QByteArray(40, '#') + "] 41/41";
+    QTest::newRow("unknown width") << 0 << '[' + QByteArray(40, '#') + "] 41/41";
+    QTest::newRow("narrow") << 20 << QByteArray("[###########] 41/41");
+    QTest::newRow("too narrow for a bar") << 8 << QByteArray("41/41");
 }
 
-void tst_ExporterFiles::doesTheSameWithAnyNumberOfJobs()
+void tst_ExporterFiles::showsProgressOnATerminal()
+{
+    QFETCH(const int, columns);
+    QFETCH(const QByteArray, lastBar);
+    const Terminal terminal(static_cast<unsigned short>(columns));
+    // Long enough for the bar to appear on any machine.
+    QStringList arguments = words("--jobs 1 --size 1500 Gone.gauge");
+    for (int number = 0; number < 40; ++number) {
+        arguments.append(QString::number(number) + u".gauge"_s);
+        writeGauge(arguments.constLast());
+    }
+    QCOMPARE(run(arguments, {.standardOutput = terminal.path()}).status, 1);
+    const QByteArray text = terminal.takeText();
+    QVERIFY2(text.endsWith('\r' + lastBar + '\r' + QByteArray(lastBar.size(), ' ') +
+                           "\r40 files written, 1 gauge failed\r\n"),
+             text.right(200).constData());
+
+    const Terminal other(80);
+    QCOMPARE(run("--dry-run -f csv Dial.gauge", {.standardOutput = other.path()}).status, 0);
+    QCOMPARE(other.takeText(), QByteArray("Dial.csv\r\n"));
+}
+
+void tst_ExporterFiles::refusesToWritePicturesToATerminal()
+{
+    const QByteArray gauge = read(u"Dial.gauge"_s);
+    const Terminal terminal(80);
+    const ExporterRun result = run("-", {.input = gauge, .standardOutput = terminal.path()});
+    QCOMPARE(result.status, 2);
+    QVERIFY(result.err.contains("standard output is a terminal"));
+    QCOMPARE(terminal.takeText(), QByteArray());
+    const Terminal other(80);
+    QCOMPARE(run("-f csv -", {.input = gauge, .standardOutput = other.path()}).status, 0);
+    QVERIFY(other.takeText().startsWith("Layer,"));
+}
+
+#else
+void tst_ExporterFiles::showsProgressOnATerminal_data() {}
+void tst_ExporterFiles::showsProgressOnATerminal() {}
+void tst_ExporterFiles::refusesToWritePicturesToATerminal() {}
+#endif
+
+void tst_ExporterFiles::writesTheSameWithAnyNumberOfJobs()
 {
     QStringList gauges;
     for (int number = 0; number < 20; ++number) {
-        const QStringList layers(number % 5 + 1, u"Layer"_s);
-        gauges.append(writeGauge(m_folder->filePath(QString::number(number) + u".gauge"_s), layers));
+        gauges.append(QString::number(number) + u".gauge"_s);
+        writeGauge(gauges.constLast(), QStringList(number % 5 + 1, u"Layer"_s));
     }
-    const QStringList options{u"-f"_s, u"png,svg"_s, u"-s"_s, u"96"_s};
-    QCOMPARE(run(options + QStringList{u"-j"_s, u"1"_s, u"-o"_s, u"one"_s} + gauges).status, 0);
-    QCOMPARE(run(options + QStringList{u"-j"_s, u"16"_s, u"-o"_s, u"many"_s} + gauges).status, 0);
-    const QStringList files = contents(path("one"));
-    QCOMPARE(files.size(), 40);
-    QCOMPARE(contents(path("many")), files);
-    for (const QString &file : files)
-        QCOMPARE(readFile(path("many/") + file), readFile(path("one/") + file));
+    QCOMPARE(run(words("-f png,svg -s 96 -j 1 -o one") + gauges).status, 0);
+    QCOMPARE(run(words("-f png,svg -s 96 -j 16 -o many") + gauges).status, 0);
+    const QStringList made = contents(path(u"one"_s));
+    QCOMPARE(made.size(), 40);
+    for (const QString &file : made)
+        QCOMPARE(read(u"many/"_s + file), read(u"one/"_s + file));
 }
 
 void tst_ExporterFiles::exportsStandardInputToStandardOutput_data()
 {
-    QTest::addColumn<QStringList>("options");
     QTest::addColumn<QString>("file");
-    QTest::newRow("PNG") << QStringList{} << u"Dial.png"_s;
-    QTest::newRow("SVG") << QStringList{u"-f"_s, u"svg"_s, u"--mm"_s, u"60"_s} << u"Dial.svg"_s;
-    QTest::newRow("keyframe table") << QStringList{u"-f"_s, u"csv"_s, u"-s"_s, u"64,128"_s} << u"Dial.csv"_s;
+    QTest::newRow("-s 64") << u"Dial.png"_s;
+    QTest::newRow("-f svg --mm 60") << u"Dial.svg"_s;
+    QTest::newRow("-f csv -s 64,128") << u"Dial.csv"_s;
 }
 
 void tst_ExporterFiles::exportsStandardInputToStandardOutput()
 {
-    QFETCH(const QStringList, options);
     QFETCH(const QString, file);
-    QCOMPARE(run(options + QStringList{m_gauge}).status, 0);
-    const ExporterRun result = runExporter(options + QStringList{u"-"_s}, {.input = readFile(m_gauge)});
+    const QStringList options = words(QTest::currentDataTag());
+    QCOMPARE(run(options + words("Dial.gauge")).status, 0);
+    const ExporterRun result = run(options + words("-"), {.input = read(u"Dial.gauge"_s)});
     QCOMPARE(result.status, 0);
     QCOMPARE(result.err, QByteArray());
-    QCOMPARE(result.out, readFile(m_folder->filePath(file)));
+    QCOMPARE(result.out, read(file));
+    QCOMPARE(run(options + words("--dry-run -"), {.input = read(u"Dial.gauge"_s)}).out, QByteArray());
 
-    // Without a file there is no name to take for the first layer.
-    const QByteArray unnamed = readFile(writeGauge(path("Unnamed.gauge"), {QString(), QString()}));
-    const ExporterRun renewed = runExporter({u"-f"_s, u"gauge"_s, u"-"_s}, {.input = unnamed});
-    QCOMPARE(layerNames(renewed.out), QStringList({u"Layer 1"_s, u"Layer 2"_s}));
-}
+    const ExporterRun failed = run("-", {.input = "{}"});
+    QCOMPARE(failed.status, 1);
+    QCOMPARE(failed.err, QByteArray("standard input: The file contains no layers.\n"));
 
-void tst_ExporterFiles::dryRunOfStandardInputIsSilent()
-{
-    const ExporterRun result = runExporter({u"--dry-run"_s, u"-"_s}, {.input = readFile(m_gauge)});
-    QCOMPARE(result.status, 0);
-    QCOMPARE(result.out, QByteArray());
-}
-
-void tst_ExporterFiles::leavesAChosenPlatformAlone()
-{
-    // A platform that is not there shows that it was not replaced.
-    const ExporterRun result =
-        runExporter({m_gauge}, {.environment = {{u"QT_QPA_PLATFORM"_s, u"no-such-platform"_s}}});
-    QVERIFY(result.status != 0);
-    QVERIFY(!QFile::exists(path("Dial.png")));
+    // Without a file there is no name for the first layer.
+    writeGauge(u"Unnamed.gauge"_s, {u""_s, u""_s});
+    const ExporterRun named = run("-f gauge -", {.input = read(u"Unnamed.gauge"_s)});
+    QCOMPARE(layerNames(named.out), QStringList({u"Layer 1"_s, u"Layer 2"_s}));
 }
 
 void tst_ExporterFiles::linksNoWidgets()
 {
-    // Whoever links a library names it in the program's file.
-    QVERIFY(readFile(QStringLiteral(CORVALENCE_EXPORT)).contains("Qt6Gui"));
-    QVERIFY(!readFile(QStringLiteral(CORVALENCE_EXPORT)).contains("Qt6Widgets"));
+    // The program's file holds the names of the libraries that it links.
+    const QByteArray program = readFile(QStringLiteral(CORVALENCE_EXPORT));
+    QVERIFY(program.contains("Qt6Gui"));
+    QVERIFY(!program.contains("Qt6Widgets"));
 }
 
 ADD_TEST_CLASS(tst_ExporterFiles)

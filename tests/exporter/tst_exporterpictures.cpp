@@ -1,10 +1,9 @@
 #include "exporterrun.h"
+#include "model/gaugefile.h"
 #include "support/testmain.h"
-#include "support/warnings.h"
 
 #include <QImage>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
@@ -25,195 +24,125 @@ QString drawingCommands(const QByteArray &document)
 
 } // namespace
 
-/// What the files of the exporter hold: formats, sizes, lengths, layers and labels.
-class tst_ExporterPictures : public QObject
+/// The contents of the exporter's files: formats, sizes, layers and labels.
+class tst_ExporterPictures : public ExporterTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        failOnUnexpectedWarnings();
-        m_folder = std::make_unique<QTemporaryDir>();
-        m_gauge = writeGauge(path("Dial.gauge"));
-    }
-
     void writesEachFormat_data();
     void writesEachFormat();
-    void writesAPngOf512PixelsByDefault();
-    void writesSeveralFormats();
     void writesEachSize_data();
     void writesEachSize();
-    void drawsOnATransparentGround();
-    void takesLayersByNameAndNumber_data();
-    void takesLayersByNameAndNumber();
-    void drawsOnlyTheLayersTaken();
-    void namesLayersWithoutANameAsTheEditorDoes();
+    void selectsLayers_data();
+    void selectsLayers();
+    void namesLayersAsTheEditorDoes();
     void drawsLabelsAsTextOrAsPaths();
-    void leavesPngLabelsAloneWhenTextIsPaths();
-    void givesPicturesATrueSide_data();
-    void givesPicturesATrueSide();
-    void takesTheSizeFromSideAndDensity();
+    void setsTheTrueSide_data();
+    void setsTheTrueSide();
     void fillsThePage_data();
     void fillsThePage();
     void drawsHairlinesOnPaperOnePixelWide();
-    void renewsOlderFiles();
-
-private:
-    [[nodiscard]] QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
-    ExporterRun run(const QStringList &arguments) const
-    {
-        return runExporter(arguments, {.folder = m_folder->path()});
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_gauge;
 };
 
 void tst_ExporterPictures::writesEachFormat_data()
 {
-    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("beginning");
-    QTest::newRow("PNG") << u"png"_s << QByteArray("\x89PNG\r\n\x1a\n");
-    QTest::newRow("SVG") << u"svg"_s << QByteArray("<?xml");
-    QTest::newRow("PDF") << u"pdf"_s << QByteArray("%PDF-");
-    QTest::newRow("keyframe table") << u"csv"_s << QByteArray("Layer,Tick,Angle\rDial,0,");
+    QTest::newRow("PNG") << u"Dial.png"_s << QByteArray("\x89PNG\r\n\x1a\n");
+    QTest::newRow("SVG") << u"Dial.svg"_s << QByteArray("<?xml");
+    QTest::newRow("PDF") << u"Dial.pdf"_s << QByteArray("%PDF-");
+    QTest::newRow("keyframe table") << u"Dial.csv"_s << QByteArray("Layer,Tick,Angle\rDial,0,");
 }
 
 void tst_ExporterPictures::writesEachFormat()
 {
-    QFETCH(const QString, format);
+    QFETCH(const QString, file);
     QFETCH(const QByteArray, beginning);
-    const ExporterRun result = run({u"--formats"_s, format, m_gauge});
-    QCOMPARE(result.err, QByteArray());
-    QCOMPARE(result.status, 0);
-    QVERIFY(readFile(path("Dial.") + format).startsWith(beginning));
-}
-
-void tst_ExporterPictures::writesAPngOf512PixelsByDefault()
-{
-    QCOMPARE(run({m_gauge}).status, 0);
-    QCOMPARE(contents(m_folder->path()), QStringList({u"Dial.gauge"_s, u"Dial.png"_s}));
-    QCOMPARE(QImage(path("Dial.png")).size(), QSize(512, 512));
-}
-
-void tst_ExporterPictures::writesSeveralFormats()
-{
-    QCOMPARE(run({u"-f"_s, u"svg, png"_s, u"-f"_s, u"csv,svg"_s, m_gauge}).status, 0);
-    QCOMPARE(contents(m_folder->path()),
-             QStringList({u"Dial.csv"_s, u"Dial.gauge"_s, u"Dial.png"_s, u"Dial.svg"_s}));
+    QCOMPARE(run("-f png,svg,pdf,csv Dial.gauge").status, 0);
+    QVERIFY(read(file).startsWith(beginning));
 }
 
 void tst_ExporterPictures::writesEachSize_data()
 {
-    QTest::addColumn<QString>("sizes");
     QTest::addColumn<QMap<QString, int>>("pictures");
-    QTest::newRow("the smallest") << u"64"_s << QMap<QString, int>{{u"Dial"_s, 64}};
-    QTest::newRow("an odd one") << u"1001"_s << QMap<QString, int>{{u"Dial"_s, 1001}};
-    QTest::newRow("several") << u"128, 64,300"_s
-                             << QMap<QString, int>{
-                                    {u"Dial-64"_s, 64}, {u"Dial-128"_s, 128}, {u"Dial-300"_s, 300}};
-    QTest::newRow("one twice") << u"64,64"_s << QMap<QString, int>{{u"Dial"_s, 64}};
+    using Pictures = QMap<QString, int>;
+    QTest::newRow("") << Pictures{{u"Dial"_s, 512}};
+    QTest::newRow("-s 64") << Pictures{{u"Dial"_s, 64}};
+    QTest::newRow("-s 1001") << Pictures{{u"Dial"_s, 1001}};
+    QTest::newRow("-s 128,64 -s 300")
+        << Pictures{{u"Dial-64"_s, 64}, {u"Dial-128"_s, 128}, {u"Dial-300"_s, 300}};
+    QTest::newRow("--mm 50.8 --dpi 100") << Pictures{{u"Dial"_s, 200}};
 }
 
 void tst_ExporterPictures::writesEachSize()
 {
-    QFETCH(const QString, sizes);
     using Pictures = QMap<QString, int>;
     QFETCH(const Pictures, pictures);
-    QCOMPARE(run({u"-f"_s, u"png,svg,csv"_s, u"--size"_s, sizes, m_gauge}).status, 0);
-    for (auto picture = pictures.cbegin(); picture != pictures.cend(); ++picture) {
-        const QString stem = m_folder->filePath(picture.key());
-        QCOMPARE(QImage(stem + u".png"_s).size(), QSize(picture.value(), picture.value()));
-        const QByteArray box = u"viewBox=\"0 0 %1 %1\""_s.arg(picture.value()).toUtf8();
-        QVERIFY(readFile(stem + u".svg"_s).contains(box));
+    QCOMPARE(run(words(QTest::currentDataTag()) + words("-f png,svg Dial.gauge")).status, 0);
+    for (const auto &[name, size] : pictures.asKeyValueRange()) {
+        const QImage picture(path(name + u".png"_s));
+        QCOMPARE(picture.size(), QSize(size, size));
+        QCOMPARE(qAlpha(picture.pixel(0, 0)), 0);
+        QVERIFY(read(name + u".svg"_s).contains(u"viewBox=\"0 0 %1 %1\""_s.arg(size).toUtf8()));
     }
-    // The table has no size and is there once; with it comes the gauge itself.
-    QCOMPARE(contents(m_folder->path()).size(), 2 * pictures.size() + 2);
-    QVERIFY(QFile::exists(path("Dial.csv")));
 }
 
-void tst_ExporterPictures::drawsOnATransparentGround()
+void tst_ExporterPictures::selectsLayers_data()
 {
-    QCOMPARE(run({m_gauge}).status, 0);
-    const QImage picture(path("Dial.png"));
-    QCOMPARE(qAlpha(picture.pixel(0, 0)), 0);
-    QCOMPARE(picture.pixel(256, 256), qRgba(255, 255, 255, 255)); // the dot at the centre
-}
-
-void tst_ExporterPictures::takesLayersByNameAndNumber_data()
-{
-    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QStringList>("values");
     QTest::addColumn<QStringList>("expected");
-    const auto rows = [](const char *title, const QStringList &values, const QStringList &expected) {
-        QStringList options;
-        for (const QString &value : values)
-            options << u"--layers"_s << value;
-        QTest::newRow(title) << options << expected;
+    const auto row = [](const char *title, const QStringList &values, const QStringList &expected) {
+        QTest::newRow(title) << values << expected;
     };
-    rows("all", {}, {u"Face"_s, u"Scale, fine"_s, u"2"_s, u"Needle"_s, u"Face"_s});
-    rows("one name", {u"Needle"_s}, {u"Needle"_s});
-    rows("one number", {u"4"_s}, {u"Needle"_s});
-    rows("several, in the order of the gauge", {u"Needle,1"_s}, {u"Face"_s, u"Needle"_s});
-    rows("spaces around the comma", {u"4 , 1"_s}, {u"Face"_s, u"Needle"_s});
-    rows("a name that two layers have", {u"Face"_s}, {u"Face"_s, u"Face"_s});
-    rows("a name with a comma", {u"Scale, fine"_s}, {u"Scale, fine"_s});
-    rows("the option twice", {u"Scale, fine"_s, u"Needle"_s}, {u"Scale, fine"_s, u"Needle"_s});
-    rows("a name that is a number", {u"2"_s}, {u"2"_s});
-    rows("the last number", {u"5"_s}, {u"Face"_s});
-    rows("one layer twice", {u"4,Needle"_s}, {u"Needle"_s});
+    row("all", {}, {u"Face"_s, u"Scale, fine"_s, u"2"_s, u"Needle"_s, u"Face"_s});
+    row("one name", {u"Needle"_s}, {u"Needle"_s});
+    row("one number", {u"4"_s}, {u"Needle"_s});
+    row("several, in the order of the gauge", {u"Needle,1"_s}, {u"Face"_s, u"Needle"_s});
+    row("spaces around the comma", {u"4 , 1"_s}, {u"Face"_s, u"Needle"_s});
+    row("a name of two layers", {u"Face"_s}, {u"Face"_s, u"Face"_s});
+    row("a name with a comma", {u"Scale, fine"_s}, {u"Scale, fine"_s});
+    row("the option twice", {u"Scale, fine"_s, u"Needle"_s}, {u"Scale, fine"_s, u"Needle"_s});
+    row("a name that is a number", {u"2"_s}, {u"2"_s});
+    row("the last number", {u"5"_s}, {u"Face"_s});
+    row("one layer twice", {u"4,Needle"_s}, {u"Needle"_s});
 }
 
-void tst_ExporterPictures::takesLayersByNameAndNumber()
+void tst_ExporterPictures::selectsLayers()
 {
-    QFETCH(const QStringList, options);
+    QFETCH(const QStringList, values);
     QFETCH(const QStringList, expected);
-    const QString gauge =
-        writeGauge(path("Five.gauge"), {u"Face"_s, u"Scale, fine"_s, u"2"_s, u"Needle"_s, u"Face"_s});
-    const ExporterRun result = run(options + QStringList{u"-f"_s, u"gauge"_s, u"-o"_s, path("out"), gauge});
-    QCOMPARE(result.err, QByteArray());
-    QCOMPARE(layerNames(readFile(path("out/Five.gauge"))), expected);
+    QStringList arguments = words("-f gauge,png -o out Five.gauge");
+    for (const QString &value : values)
+        arguments << u"--layers"_s << value;
+    writeGauge(u"Five.gauge"_s, {u"Face"_s, u"Scale, fine"_s, u"2"_s, u"Needle"_s, u"Face"_s});
+    QCOMPARE(run(arguments).err, QByteArray());
+    QCOMPARE(layerNames(read(u"out/Five.gauge"_s)), expected);
+    QCOMPARE(run("-o again out/Five.gauge").status, 0);
+    QVERIFY(read(u"again/Five.png"_s) == read(u"out/Five.png"_s)); // only these layers are drawn
 }
 
-void tst_ExporterPictures::drawsOnlyTheLayersTaken()
+void tst_ExporterPictures::namesLayersAsTheEditorDoes()
 {
-    const QString both = writeGauge(path("Both.gauge"), {u"One"_s, u"Other"_s});
-    const QString one = writeGauge(path("One.gauge"), {u"One"_s});
-    QCOMPARE(run({u"-f"_s, u"png,svg,csv"_s, one}).status, 0);
-    QCOMPARE(run({u"-f"_s, u"png,svg,csv"_s, u"-l"_s, u"One"_s, both}).status, 0);
-    for (const char *suffix : {".png", ".svg", ".csv"})
-        QCOMPARE(readFile(path("Both") + QLatin1String(suffix)),
-                 readFile(path("One") + QLatin1String(suffix)));
-}
-
-void tst_ExporterPictures::namesLayersWithoutANameAsTheEditorDoes()
-{
-    const QString gauge = writeGauge(path("My dial.v2.gauge"), {u""_s, u"Scale"_s, u""_s, u""_s});
-    QCOMPARE(run({u"-f"_s, u"gauge"_s, u"-o"_s, path("out"), gauge}).status, 0);
-    QCOMPARE(layerNames(readFile(path("out/My dial.v2.gauge"))),
+    writeGauge(u"My dial.v2.gauge"_s, {u""_s, u"Scale"_s, u""_s, u""_s});
+    QCOMPARE(run({u"-f"_s, u"gauge"_s, u"--to"_s, u"out.gauge"_s, u"My dial.v2.gauge"_s}).status, 0);
+    QCOMPARE(layerNames(read(u"out.gauge"_s)),
              QStringList({u"My dial.v2"_s, u"Scale"_s, u"Layer 3"_s, u"Layer 4"_s}));
 }
 
 void tst_ExporterPictures::drawsLabelsAsTextOrAsPaths()
 {
-    QCOMPARE(run({u"-f"_s, u"svg"_s, m_gauge}).status, 0);
-    const QByteArray text = readFile(path("Dial.svg"));
+    QCOMPARE(run("-f svg,png -o text Dial.gauge").status, 0);
+    QCOMPARE(run("-f svg,png -o paths --text-as-paths Dial.gauge").status, 0);
+    const QByteArray text = read(u"text/Dial.svg"_s);
+    const QByteArray paths = read(u"paths/Dial.svg"_s);
     QCOMPARE(text.count("<text "), 4); // three divisions of a partial sweep
-
-    QCOMPARE(run({u"-f"_s, u"svg"_s, u"--text-as-paths"_s, u"--overwrite"_s, m_gauge}).status, 0);
-    const QByteArray outlines = readFile(path("Dial.svg"));
-    QCOMPARE(outlines.count("<text "), 0);
-    QCOMPARE(outlines.count("<path "), text.count("<path ") + 4);
+    QCOMPARE(paths.count("<text "), 0);
+    QCOMPARE(paths.count("<path "), text.count("<path ") + 4);
+    QVERIFY(read(u"paths/Dial.png"_s) == read(u"text/Dial.png"_s));
 }
 
-void tst_ExporterPictures::leavesPngLabelsAloneWhenTextIsPaths()
-{
-    QCOMPARE(run({m_gauge}).status, 0);
-    QCOMPARE(run({u"--text-as-paths"_s, u"-o"_s, path("out"), m_gauge}).status, 0);
-    QCOMPARE(readFile(path("out/Dial.png")), readFile(path("Dial.png")));
-}
-
-void tst_ExporterPictures::givesPicturesATrueSide_data()
+void tst_ExporterPictures::setsTheTrueSide_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<int>("size");
@@ -227,19 +156,19 @@ void tst_ExporterPictures::givesPicturesATrueSide_data()
     QTest::newRow("the largest") << QStringList{u"--mm"_s, u"5000"_s} << 512 << 5000.0;
 }
 
-void tst_ExporterPictures::givesPicturesATrueSide()
+void tst_ExporterPictures::setsTheTrueSide()
 {
     QFETCH(const QStringList, options);
     QFETCH(const int, size);
     QFETCH(const double, millimetres);
-    QCOMPARE(run(options + QStringList{u"-f"_s, u"png,svg,pdf"_s, m_gauge}).status, 0);
+    QCOMPARE(run(options + words("-f png,svg,pdf Dial.gauge")).status, 0);
 
-    const QImage picture(path("Dial.png"));
+    const QImage picture(path(u"Dial.png"_s));
     QCOMPARE(picture.width(), size);
     QCOMPARE(picture.dotsPerMeterX(), static_cast<int>(std::round(size / millimetres * 1000.0)));
     QCOMPARE(picture.dotsPerMeterY(), picture.dotsPerMeterX());
 
-    const QString drawing = QString::fromUtf8(readFile(path("Dial.svg")));
+    const QString drawing = QString::fromUtf8(read(u"Dial.svg"_s));
     const auto attributes = QRegularExpression(u"<svg width=\"([0-9.]+)mm\" height=\"([0-9.]+)mm\"\\s+"
                                                "viewBox=\"0 0 ([0-9]+) ([0-9]+)\""_s)
                                 .match(drawing);
@@ -248,7 +177,7 @@ void tst_ExporterPictures::givesPicturesATrueSide()
     QCOMPARE(attributes.captured(2).toDouble(), millimetres);
     QCOMPARE(attributes.captured(3).toInt(), size);
 
-    const QString page = QString::fromLatin1(readFile(path("Dial.pdf")));
+    const QString page = QString::fromLatin1(read(u"Dial.pdf"_s));
     const auto box =
         QRegularExpression(u"/MediaBox \\[([0-9.]+) ([0-9.]+) ([0-9.]+) ([0-9.]+) *\\]"_s).match(page);
     QVERIFY(box.hasMatch());
@@ -257,14 +186,6 @@ void tst_ExporterPictures::givesPicturesATrueSide()
     const double height = box.captured(4).toDouble() - box.captured(2).toDouble();
     QVERIFY2(std::abs(width - points) <= 0.001, qPrintable(box.captured()));
     QVERIFY2(std::abs(height - points) <= 0.001, qPrintable(box.captured()));
-}
-
-void tst_ExporterPictures::takesTheSizeFromSideAndDensity()
-{
-    QCOMPARE(run({u"--mm"_s, u"50.8"_s, u"--dpi"_s, u"100"_s, m_gauge}).status, 0);
-    const QImage picture(path("Dial.png"));
-    QCOMPARE(picture.width(), 200);
-    QCOMPARE(picture.dotsPerMeterX(), 3937); // 100 to the inch
 }
 
 void tst_ExporterPictures::fillsThePage_data()
@@ -280,8 +201,8 @@ void tst_ExporterPictures::fillsThePage()
 {
     QFETCH(const QStringList, options);
     QFETCH(const double, points);
-    QCOMPARE(run(options + QStringList{u"-f"_s, u"pdf"_s, m_gauge}).status, 0);
-    const QString commands = drawingCommands(readFile(path("Dial.pdf")));
+    QCOMPARE(run(options + words("-f pdf Dial.gauge")).status, 0);
+    const QString commands = drawingCommands(read(u"Dial.pdf"_s));
     // The page's own scale, then the drawing's, which is left out when it is 1.
     static const QRegularExpression scale(u"\n([0-9.]+) 0 0 (-?[0-9.]+) [0-9.]+ [0-9.]+ cm\n"_s);
     double across = 1.0;
@@ -302,8 +223,8 @@ void tst_ExporterPictures::fillsThePage()
 void tst_ExporterPictures::drawsHairlinesOnPaperOnePixelWide()
 {
     // All lines of a default layer are hairlines: one device pixel on a screen, next to nothing in print.
-    QCOMPARE(run({u"-f"_s, u"pdf"_s, u"-s"_s, u"1024"_s, m_gauge}).status, 0);
-    const QString commands = drawingCommands(readFile(path("Dial.pdf")));
+    QCOMPARE(run("-f pdf -s 1024 Dial.gauge").status, 0);
+    const QString commands = drawingCommands(read(u"Dial.pdf"_s));
     // Each width holds until the next; what is stroked with it ends in S, or in B* when it is filled too.
     static const QRegularExpression stroke(u"\n([0-9.]+) w (?:(?! w ).)*?\n(?:S|B\\*)\n"_s,
                                            QRegularExpression::DotMatchesEverythingOption);
@@ -311,16 +232,6 @@ void tst_ExporterPictures::drawsHairlinesOnPaperOnePixelWide()
     for (auto found = stroke.globalMatch(commands); found.hasNext(); ++strokes)
         QCOMPARE(found.next().captured(1).toDouble(), 0.5); // canvas units: half a pixel each at this size
     QCOMPARE(strokes, 6);                                   // the dot, an arc and four ticks
-}
-
-void tst_ExporterPictures::renewsOlderFiles()
-{
-    gaugeData data;
-    data.startAngle = -30;
-    data.divisionCount[1] = 5;
-    const QString older = writeFile(path("Older.gauge"), data.toQString().toUtf8());
-    QCOMPARE(run({u"-f"_s, u"gauge"_s, u"--overwrite"_s, older}).status, 0);
-    QCOMPARE(readFile(older), gaugeFile::write({{u"Older"_s, data}}));
 }
 
 ADD_TEST_CLASS(tst_ExporterPictures)

@@ -1,6 +1,7 @@
-#include "exporterrun.h"
+#include "model/gaugefile.h"
 #include "render/renderarea.h"
 #include "support/dialogs.h"
+#include "support/files.h"
 #include "support/network.h"
 #include "support/testmain.h"
 #include "support/warnings.h"

@@ -1,0 +1,36 @@
+#ifndef OUTPUTFILE_H
+#define OUTPUTFILE_H
+
+#include "exporter/exportoptions.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// Identifies a file: the same text for all paths and links that lead to it. Empty when there is no such
+/// file.
+[[nodiscard]] QString fileId(const QString &path);
+
+/// Whether @a path names this process's standard output, as /dev/stdout does.
+[[nodiscard]] bool isStandardOutput(const QString &path);
+
+/// What became of an output.
+struct WriteResult
+{
+    bool written = false;
+    QString reason; ///< Why not. Empty when it was written or an existing file was kept.
+};
+
+/// What writeOutputFile() would do to a file that exists already, without doing it. Returns nothing to write
+/// and no reason when the file is kept.
+[[nodiscard]] WriteResult checkOutputFile(const QString &path, ExistingFile existing);
+
+/// Writes a file whole or not at all, and creates its folder. Only regular files are replaced, and only with
+/// ExistingFile::Overwrite, even if the file appears while this function runs. Standard output and the null
+/// device are written to.
+[[nodiscard]] WriteResult writeOutputFile(const QString &path, const QByteArray &bytes,
+                                          ExistingFile existing);
+
+/// Writes to standard output. Returns an empty text, or the reason for a failure.
+[[nodiscard]] QString writeStandardOutput(const QByteArray &bytes);
+
+#endif

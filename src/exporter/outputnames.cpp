@@ -1,0 +1,76 @@
+#include "exporter/outputnames.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+
+#include <algorithm>
+
+namespace {
+
+QString outputPath(const QString &gaugePath, const ExportFormat &format, int size,
+                   const ExportOptions &options)
+{
+    if (!options.outputFile.isEmpty())
+        return options.outputFile;
+    const QFileInfo gauge(gaugePath);
+    QString name = format.isPicture ? options.pictureNames : options.otherNames;
+    // In this order, because a gauge's name may hold "{size}".
+    name.replace(QLatin1String("{size}"), QString::number(size));
+    name.replace(QLatin1String("{name}"), gauge.completeBaseName());
+    const QString folder = options.outputFolder.isEmpty() ? gauge.path() : options.outputFolder;
+    return QStringLiteral("%1.%2").arg(QDir::cleanPath(folder + QLatin1Char('/') + name),
+                                       QLatin1String(format.name));
+}
+
+/// The path without links, as far as it exists.
+QString uniquePath(const QString &path)
+{
+    const QFileInfo info(path);
+    const QString folder = QFileInfo(info.path()).canonicalFilePath();
+    return folder.isEmpty() ? info.absoluteFilePath() : folder + QLatin1Char('/') + info.fileName();
+}
+
+} // namespace
+
+QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options)
+{
+    QList<Output> outputs;
+    for (const ExportFormat *format : options.formats) {
+        const QList<int> sizes = format->isPicture ? options.sizes : QList<int>{0};
+        for (const int size : sizes)
+            outputs.append({format, size, outputPath(gaugePath, *format, size, options)});
+    }
+    return outputs;
+}
+
+QString checkBaseName(const QString &gaugePath, const ExportOptions &options)
+{
+    if (!options.outputFile.isEmpty())
+        return {};
+    const QString name = QFileInfo(gaugePath).completeBaseName();
+    const bool onlyDots = std::ranges::all_of(name, [](QChar character) { return character == u'.'; });
+    return onlyDots ? QStringLiteral("Its name has nothing before the suffix to name files after.")
+                    : QString();
+}
+
+QStringList findNameCollisions(const ExportOptions &options)
+{
+    QHash<QString, QString> gaugeOfOutput;
+    QStringList reasons;
+    for (const QString &gauge : options.files) {
+        const QList<Output> outputs = outputsOf(gauge, options);
+        QString reason;
+        for (const Output &output : outputs) {
+            const QString other = gaugeOfOutput.value(uniquePath(output.path));
+            if (!other.isEmpty() && reason.isEmpty())
+                reason = QStringLiteral("%1 is already made from %2.").arg(output.path, other);
+        }
+        reasons.append(reason);
+        if (!reason.isEmpty())
+            continue;
+        for (const Output &output : outputs)
+            gaugeOfOutput.insert(uniquePath(output.path), gauge);
+    }
+    return reasons;
+}

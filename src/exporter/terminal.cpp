@@ -1,0 +1,62 @@
+#include "exporter/terminal.h"
+
+#include <cstdio>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+bool standardOutputWasClosed = false;
+
+} // namespace
+
+void openStandardStreams()
+{
+#ifndef Q_OS_WIN
+    standardOutputWasClosed = fcntl(STDOUT_FILENO, F_GETFD) == -1;
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The lowest free descriptor is taken, which is this one.
+        if (fcntl(descriptor, F_GETFD) == -1)
+            (void)open("/dev/null", O_RDWR);
+    }
+#endif
+}
+
+bool wasStandardOutputClosed()
+{
+    return standardOutputWasClosed;
+}
+
+bool isStandardOutputTerminal()
+{
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stdout)) != 0;
+#else
+    return isatty(STDOUT_FILENO) != 0;
+#endif
+}
+
+int terminalWidth()
+{
+#ifndef Q_OS_WIN
+    winsize size{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+        return size.ws_col;
+#endif
+    return 80;
+}
+
+std::string maskControlCharacters(QString text)
+{
+    for (QChar &character : text) {
+        if (character.category() == QChar::Other_Control)
+            character = u'?';
+    }
+    return text.toStdString();
+}

@@ -1,0 +1,143 @@
+#include "exporter/commandline.h"
+#include "exporterrun.h"
+#include "support/testmain.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// The parsing of the exporter's command line.
+class tst_CommandLine : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+    void refusesOptionsThatAreNotUtf8();
+    void takesTheFormatFromTheSuffix_data();
+    void takesTheFormatFromTheSuffix();
+    void theHelpListsEveryOption();
+};
+
+namespace {
+
+/// Parses arguments that are separated by blanks. '' is an empty argument.
+CommandLine parse(const QByteArray &arguments)
+{
+    QByteArrayList list{"corvalence-export"};
+    for (const QByteArray &argument : arguments.split(' '))
+        list.append(argument == "''" ? QByteArray() : argument);
+    return parseCommandLine(list);
+}
+
+} // namespace
+
+void tst_CommandLine::refusesWrongUsage_data()
+{
+    QTest::addColumn<QByteArray>("arguments");
+    QTest::addColumn<QString>("error");
+    const auto rows = [](const QString &error, const QByteArrayList &commandLines) {
+        for (const QByteArray &arguments : commandLines)
+            QTest::newRow(arguments.constData()) << arguments << error;
+    };
+    const auto notAFormat = [](const QString &name) {
+        return u"\"%1\" is not a format; it may be png, svg, pdf, csv or gauge"_s.arg(name);
+    };
+    rows(u"no gauge file is named"_s, {"-q"});
+    rows(u"a file has an empty name"_s, {"a ''"});
+    rows(u"Unknown option 'nonsense'."_s, {"--nonsense a"});
+    rows(u"Missing value after '--size'."_s, {"a --size"});
+    rows(notAFormat(u"gif"_s), {"-f png,gif a"});
+    rows(notAFormat(QString()), {"-f '' a"});
+    rows(notAFormat(u"jpg"_s), {"-f jpg a", "--to pic.jpg a", "--to pic.JPG a"});
+    rows(u"the size must lie from 64 to 16384 pixels"_s,
+         {"-s 63 a", "-s 512,16385 a", "--mm 5000 --dpi 300 a", "--mm 10 --dpi 96 a"});
+    rows(u"\"big\" is not a size"_s, {"-s big a"});
+    rows(u"\"\" is not a size"_s, {"-s 64, a"});
+    for (const char *value : {"wide", "0", "inf", "nan", "-5"}) {
+        rows(u"\"%1\" is not a value for --mm"_s.arg(QLatin1String(value)),
+             {QByteArray("--mm ") + value + " a"});
+    }
+    rows(u"\"-96\" is not a value for --dpi"_s, {"--dpi -96 a"});
+    rows(u"the true side of the pictures must lie from 1 to 5000 mm"_s,
+         {"--mm 0.9 a", "--mm 5001 a", "--dpi 90000 a"});
+    rows(u"--mm and --dpi together give the size; --size cannot be given too"_s,
+         {"-s 64 --mm 50 --dpi 96 a"});
+    for (const char *text : {"", "{name}{colour}", "name}", "{name}/", "/{name}", "../{name}", "{name}/..",
+                             "a/../../{name}", ".", "..", "a//b"}) {
+        rows(u"\"%1\" is not a name template"_s.arg(QLatin1String(text)),
+             {QByteArray("-n ") + (*text == '\0' ? "''" : text) + " a"});
+    }
+    rows(u"the name template must hold {size} when there are several sizes"_s, {"-s 64,128 -n {name} a"});
+    rows(u"csv and gauge files have no size; the name template cannot hold {size}"_s, {"-f csv -n {size} a"});
+    rows(u"the output folder has an empty name"_s, {"-o '' a"});
+    rows(u"--overwrite and --keep exclude each other"_s, {"--overwrite --keep a"});
+    rows(u"\"0\" is not a value for --jobs"_s, {"-j 0 a"});
+    rows(u"\"1025\" is not a value for --jobs"_s, {"-j 1025 a"});
+    rows(u"\"0\" is not a value for --tick-limit"_s, {"--tick-limit 0 a"});
+    rows(u"\"18446744073709551616\" is not a value for --tick-limit"_s,
+         {"--tick-limit 18446744073709551616 a"});
+    rows(u"\"1025\" is not a value for --input-limit"_s, {"--input-limit 1025 a"});
+    rows(u"standard input (-) must be the only file"_s, {"- a"});
+    rows(u"standard input (-) is exported in one format and one size"_s, {"-f png,svg -", "-s 64,128 -"});
+    rows(u"standard input (-) is written to standard output; it takes no folder or name"_s,
+         {"-o out -", "-n {name} -", "--to face.png -"});
+    rows(u"--to needs the name of a file"_s, {"--to '' a", "--to - a"});
+    rows(u"--to takes one gauge in one format and one size"_s,
+         {"--to face a b", "--to face -f png,csv a", "--to face -s 64,128 a"});
+    rows(u"--to says the whole name; --output and --name-template cannot be given too"_s,
+         {"--to face -o out a", "--to face -n {name} a"});
+}
+
+void tst_CommandLine::refusesWrongUsage()
+{
+    QFETCH(const QByteArray, arguments);
+    QFETCH(const QString, error);
+    const CommandLine result = parse(arguments);
+    QCOMPARE(result.text, error);
+    QCOMPARE(result.outcome, CommandLine::Outcome::WrongUsage);
+}
+
+void tst_CommandLine::refusesOptionsThatAreNotUtf8()
+{
+    const CommandLine result = parse("-o \xff a");
+    QCOMPARE(result.text, u"\"\ufffd\" is not UTF-8"_s);
+    QCOMPARE(result.outcome, CommandLine::Outcome::WrongUsage);
+}
+
+void tst_CommandLine::takesTheFormatFromTheSuffix_data()
+{
+    QTest::addColumn<QString>("format");
+    const auto row = [](const char *arguments, const QString &format) { QTest::newRow(arguments) << format; };
+    row("a", u"png"_s);
+    row("--to face a", u"png"_s);
+    row("--to face.png a", u"png"_s);
+    row("--to face.SVG a", u"svg"_s);
+    row("--to out.pdf/face a", u"png"_s);
+    row("--to face.csv a", u"csv"_s);
+    row("--to face.gauge a", u"gauge"_s);
+    row("-f csv --to face.jpg a", u"csv"_s);
+}
+
+void tst_CommandLine::takesTheFormatFromTheSuffix()
+{
+    QFETCH(const QString, format);
+    const CommandLine result = parse(QTest::currentDataTag());
+    QCOMPARE(result.text, QString());
+    QCOMPARE(result.options.formats, QList{findExportFormat(format)});
+}
+
+void tst_CommandLine::theHelpListsEveryOption()
+{
+    const CommandLine result = parse("--help");
+    QCOMPARE(result.outcome, CommandLine::Outcome::ShowText);
+    for (const char *option :
+         {"--formats", "--output", "--to", "--size", "--name-template", "--layers", "--text-as-paths", "--mm",
+          "--dpi", "--jobs", "--overwrite", "--keep", "--dry-run", "--quiet", "--tick-limit", "--input-limit",
+          "--help", "--version"})
+        QVERIFY2(result.text.contains(QLatin1String(option)), option);
+}
+
+ADD_TEST_CLASS(tst_CommandLine)
+#include "tst_commandline.moc"
