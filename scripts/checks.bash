@@ -20,21 +20,22 @@ check() {
     printf '%s: %s after %d:%02d\n' "$name" "$result" $((seconds / 60)) $((seconds % 60))
     if [ $result = FAILED ]; then
         echo "$name: from $log:"
-        grep -a -A 6 -E 'FAIL!|error:|ERROR:|runtime error' "$log" | head -n 60 || true
+        grep -a -A 6 -E 'FAIL!|: (fatal |runtime )?error:|ERROR: ' "$log" | head -n 60 || true
         tail -n 30 "$log"
     fi
 }
 
-# tests NAME COMMAND...: a check that runs QtTest programs. Counts their test functions as well and prints the reasons
-# of those that were skipped.
+# tests NAME COMMAND...: a check that runs QtTest programs. Counts their test functions as well, and prints how many
+# were skipped for each reason.
 tests() {
     check "$@"
     local log=$logs/$1.log counts
-    counts=$(awk '{ for (i = 2; i < NF; ++i) if ($i == "passed," && $(i + 2) ~ /^failed/) { p += $(i - 1); f += $(i + 1) } }
-                  END { print p + 0, f + 0 }' "$log")
+    # ctest --verbose prints each line after the test's number, and repeats failed tests without it.
+    counts=$({ grep -aE '^[0-9]+: Totals: ' "$log" || grep -a '^Totals: ' "$log" || true; } |
+        sed 's/.*Totals: //' | awk '{ passed += $1; failed += $3 } END { print passed + 0, failed + 0 }')
     passed=$((passed + ${counts% *}))
     failed=$((failed + ${counts#* }))
-    sed -n "s/.*SKIP *: /$1: skipped: /p" "$log"
+    sed -nE 's/.*SKIP *: [^(]*\([^)]*\) //p' "$log" | sort | uniq -c | sed "s/^ */$1: skipped /"
 }
 
 # build PRESET [OPTION...]: configures and builds.
