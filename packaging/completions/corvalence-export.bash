@@ -2,7 +2,7 @@
 
 _corvalence_export() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    # readline splits words at "=", so that --formats=png comes as three.
+    # readline splits --formats=png into three words.
     if [[ $previous == "=" ]]; then
         previous=${COMP_WORDS[COMP_CWORD - 2]}
     elif [[ $current == "=" ]]; then
@@ -12,7 +12,7 @@ _corvalence_export() {
 
     case $previous in
         -f | --formats)
-            # The part after the last comma is completed; what stands before it stays.
+            # Complete the part after the last comma and keep the text before it.
             local chosen=
             [[ $current == *,* ]] && chosen=${current%,*},
             mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png svg pdf csv gauge" -- "${current##*,}")
@@ -36,14 +36,14 @@ _corvalence_export() {
             mapfile -t COMPREPLY < <(compgen -W "{name} {name}-{size} {size}/{name}" -- "$current")
             return
             ;;
-        -l | --layers | --mm | --dpi | -j | --jobs | --tick-limit)
+        -l | --layers | --mm | --dpi | -j | --jobs | --tick-limit | --input-limit)
             return
             ;;
     esac
 
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --text-as-paths
-            --mm --dpi --jobs --overwrite --keep --dry-run --quiet --tick-limit --help --version" -- "$current")
+            --mm --dpi --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
         return
     fi
     compopt -o filenames
