@@ -17,19 +17,30 @@ namespace {
 
 std::atomic<bool> poolIsBlocked = false;
 
-/// The number of threads that the limit of open files leaves room for.
+#ifndef Q_OS_WIN
+/// How many threads a limit of the system leaves room for. At least one.
+rlim_t threadsWithin(decltype(RLIMIT_AS) resource, rlim_t reserved, rlim_t perThread)
+{
+    rlimit limit{};
+    if (getrlimit(resource, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY)
+        return RLIM_INFINITY;
+    return limit.rlim_cur > reserved + perThread ? (limit.rlim_cur - reserved) / perThread : 1;
+}
+#endif
+
+/// The number of threads to start. Libraries end the program when a thread finds no free file descriptor or
+/// no memory for its stack and heap.
 int maxThreadCount(int count)
 {
-#ifndef Q_OS_WIN
-    constexpr rlim_t reserved = 32;
-    constexpr rlim_t filesPerThread = 4; // two for the thread's event loop, a gauge or output, a font
-    rlimit limit{};
-    if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) {
-        const rlim_t room = limit.rlim_cur > reserved ? (limit.rlim_cur - reserved) / filesPerThread : 0;
-        return static_cast<int>(std::clamp<rlim_t>(room, 1, static_cast<rlim_t>(count)));
-    }
-#endif
+#ifdef Q_OS_WIN
     return count;
+#else
+    constexpr rlim_t MiB = rlim_t(1024) * 1024;
+    // Two files for the thread's event loop, a gauge or output, a font.
+    const rlim_t byFiles = threadsWithin(RLIMIT_NOFILE, 32, 4);
+    const rlim_t byMemory = threadsWithin(RLIMIT_AS, 192 * MiB, 128 * MiB);
+    return static_cast<int>(std::min({byFiles, byMemory, static_cast<rlim_t>(count)}));
+#endif
 }
 
 /// QThreadPool does not report that a thread cannot be started. std::thread does.
