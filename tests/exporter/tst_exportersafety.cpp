@@ -276,13 +276,17 @@ void tst_ExporterSafety::replacesOnlyRegularFiles()
     QFile::link(u"nothing"_s, path(u"dangling"_s));
     const QStringList before = files();
     const QStringList arguments = words(QTest::currentDataTag());
-    QCOMPARE(run(words("--overwrite") + arguments).err, err.isEmpty() ? err : "Dial.gauge: " + err + '\n');
-    QCOMPARE(run(arguments).status, err.isEmpty() ? 0 : 1); // also without --overwrite
+    // An exporter that fails this test must not be able to replace the devices of the machine.
+    QCOMPARE(chmod(qPrintable(path({})), 0777), 0);
+    const RunConditions unprivileged{.before = [] {
+        constexpr uid_t nobody = 65534;
+        if (geteuid() == 0 && setuid(nobody) != 0)
+            _exit(1);
+    }};
+    const ExporterRun result = run(words("--overwrite") + arguments, unprivileged);
+    QCOMPARE(result.err, err.isEmpty() ? err : "Dial.gauge: " + err + '\n');
+    QCOMPARE(run(arguments, unprivileged).status, err.isEmpty() ? 0 : 1); // also without --overwrite
     QCOMPARE(files(), before);
-    struct stat null
-    {
-    };
-    QVERIFY(stat("/dev/null", &null) == 0 && S_ISCHR(null.st_mode));
 
     const QByteArray picture = run("-f svg -", {.input = read(u"Dial.gauge"_s)}).out;
     QCOMPARE(run("-f svg --to /dev/stdout Dial.gauge").out, picture);
