@@ -98,17 +98,14 @@ DownloadServer::~DownloadServer()
     QSslConfiguration::setDefaultConfiguration(m_originalConfiguration);
 }
 
-void DownloadServer::serve(const QByteArray &body, const QByteArray &status, const QByteArray &moreHeaders)
+void DownloadServer::serve(const QByteArray &body)
 {
-    setHandler(
-        [=](const QString &, QSslSocket &connection) { reply(connection, body, status, moreHeaders); });
+    setHandler([body](const QString &, QSslSocket &connection) { reply(connection, "200 OK", body); });
 }
 
-void DownloadServer::reply(QSslSocket &connection, const QByteArray &body, const QByteArray &status,
-                           const QByteArray &moreHeaders)
+void DownloadServer::reply(QSslSocket &connection, const QByteArray &header, const QByteArray &body)
 {
-    connection.write("HTTP/1.1 " + status + "\r\nContent-Length: " + QByteArray::number(body.size()) +
-                     "\r\nConnection: close\r\n" + moreHeaders + "\r\n" + body);
+    connection.write("HTTP/1.1 " + header + "\r\n\r\n" + body);
     connection.disconnectFromHost();
 }
 

@@ -25,18 +25,16 @@ public:
     ~DownloadServer() override;
 
     void setHandler(const Handler &handler) { m_handler = handler; }
-    /// Sends this reply to every request.
-    void serve(const QByteArray &body, const QByteArray &status = "200 OK",
-               const QByteArray &moreHeaders = {});
+    /// Sends this body to every request.
+    void serve(const QByteArray &body);
 
     /// The requests to the server as "GET /path".
     [[nodiscard]] QStringList requests() const { return m_requests; }
     /// The requests to the proxy as "CONNECT host:port".
     [[nodiscard]] QStringList proxyRequests() const { return m_proxyRequests; }
 
-    /// Sends a reply and closes the connection.
-    static void reply(QSslSocket &connection, const QByteArray &body, const QByteArray &status = "200 OK",
-                      const QByteArray &moreHeaders = {});
+    /// Sends status, headers and body, and closes the connection.
+    static void reply(QSslSocket &connection, const QByteArray &header, const QByteArray &body = {});
 
 private:
     void acceptConnections();

@@ -1,5 +1,4 @@
 #include "projectinfo.h"
-#include "support/dialogs.h"
 #include "support/network.h"
 #include "support/testmain.h"
 #include "support/translator.h"
@@ -29,14 +28,6 @@ void finish(const Window &window, QNetworkReply *reply)
     Q_EMIT networkOf(window)->finished(reply);
 }
 
-void expectOffer(DialogAnswers &answers, const CloseBox &close)
-{
-    answers.expect<QMessageBox>([close](QMessageBox &box) {
-        QCOMPARE(box.windowTitle(), u"Update Available"_s);
-        close(box);
-    });
-}
-
 } // namespace
 
 /// The messages of the update check, and the offer of a newer version. The replies do not come from the
@@ -61,11 +52,8 @@ private Q_SLOTS:
     void nextCheckIsAutomaticWhileAMessageIsShown();
     void offerShowsPlainText_data();
     void offerShowsPlainText();
-    void downloadOpensThePublishedAddress_data();
-    void downloadOpensThePublishedAddress();
-    void visitSiteOpensTheWebPage();
-    void closingTheOfferOpensNothing_data();
-    void closingTheOfferOpensNothing();
+    void buttonsOpenAddresses_data();
+    void buttonsOpenAddresses();
     void windowCanBeDestroyedWhileTheOfferIsShown();
     void replyCanBeDestroyedWhileTheOfferIsShown();
 
@@ -259,57 +247,39 @@ void tst_UpdateCheck::offerShowsPlainText()
     QCOMPARE(answers.problems(), QStringList());
 }
 
-void tst_UpdateCheck::downloadOpensThePublishedAddress_data()
-{
-    QTest::addColumn<QString>("published");
-    QTest::newRow("query and fragment") << u"https://corvalence.example/d?a=1&b=%20x#lin"_s;
-    QTest::newRow("blank") << u"https://corvalence.example/the newest"_s;
-    QTest::newRow("not ASCII") << u"http://corvalence.example/zähler"_s;
-    // The address is not checked: HTTPS has shown who published it.
-    QTest::newRow("file") << u"file:///usr/bin/true"_s;
-    QTest::newRow("script") << u"javascript:alert(1)"_s;
-    QTest::newRow("none") << QString();
-}
-
-void tst_UpdateCheck::downloadOpensThePublishedAddress()
-{
-    QFETCH(const QString, published);
-    const Window window;
-    DialogAnswers answers;
-    expectOffer(answers, [](QMessageBox &box) { box.buttons().at(0)->click(); });
-    finish(window, new FakeReply(describe(u"3"_s, {}, published)));
-    QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(m_opened, published.isEmpty() ? QList<QUrl>() : QList{QUrl(published, QUrl::TolerantMode)});
-}
-
-void tst_UpdateCheck::visitSiteOpensTheWebPage()
-{
-    const Window window;
-    DialogAnswers answers;
-    expectOffer(answers, [](QMessageBox &box) { box.buttons().at(1)->click(); });
-    finish(window, new FakeReply(describe(u"3"_s, {}, u"https://corvalence.example/download"_s)));
-    QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(m_opened, QList{QUrl(projectInfo::webPageUrl.toString())});
-    QCOMPARE(m_opened.first().scheme(), u"https"_s);
-}
-
-void tst_UpdateCheck::closingTheOfferOpensNothing_data()
+void tst_UpdateCheck::buttonsOpenAddresses_data()
 {
     QTest::addColumn<CloseBox>("close");
-    QTest::newRow("Close") << CloseBox([](QMessageBox &box) { box.button(QMessageBox::Close)->click(); });
-    QTest::newRow("Escape") << CloseBox([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    QTest::newRow("title bar") << CloseBox([](QMessageBox &box) { box.close(); });
+    QTest::addColumn<QString>("published");
+    QTest::addColumn<QString>("opened");
+    const CloseBox download([](QMessageBox &box) { box.buttons().at(0)->click(); });
+    // The published address is not checked: HTTPS has shown who published it.
+    for (const auto &published :
+         {u"https://corvalence.example/d?a=1&b=%20x#lin"_s, u"http://corvalence.example/the newest zähler"_s,
+          u"file:///usr/bin/true"_s, u"javascript:alert(1)"_s, QString()})
+        QTest::addRow("Download: %s", qPrintable(published)) << download << published << published;
+
+    const QString published = u"https://corvalence.example/download"_s;
+    QTest::newRow("Visit Site") << CloseBox([](QMessageBox &box) { box.buttons().at(1)->click(); })
+                                << published << projectInfo::webPageUrl.toString();
+    QTest::newRow("Close") << CloseBox([](QMessageBox &box) { box.button(QMessageBox::Close)->click(); })
+                           << published << QString();
+    QTest::newRow("Escape") << CloseBox([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Escape); })
+                            << published << QString();
+    QTest::newRow("title bar") << CloseBox([](QMessageBox &box) { box.close(); }) << published << QString();
 }
 
-void tst_UpdateCheck::closingTheOfferOpensNothing()
+void tst_UpdateCheck::buttonsOpenAddresses()
 {
     QFETCH(const CloseBox, close);
+    QFETCH(const QString, published);
+    QFETCH(const QString, opened);
     const Window window;
     DialogAnswers answers;
     expectOffer(answers, close);
-    finish(window, new FakeReply(describe(u"3"_s, {}, u"https://corvalence.example/download"_s)));
+    finish(window, new FakeReply(describe(u"3"_s, {}, published)));
     QCOMPARE(answers.problems(), QStringList());
-    QCOMPARE(m_opened, QList<QUrl>());
+    QCOMPARE(m_opened, opened.isEmpty() ? QList<QUrl>() : QList{QUrl(opened, QUrl::TolerantMode)});
 }
 
 void tst_UpdateCheck::windowCanBeDestroyedWhileTheOfferIsShown()

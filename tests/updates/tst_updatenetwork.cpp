@@ -1,5 +1,4 @@
 #include "downloadserver.h"
-#include "support/dialogs.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 #include "updates.h"
@@ -73,14 +72,6 @@ void expectFailure(DialogAnswers &answers, QString &text)
     });
 }
 
-void expectOffer(DialogAnswers &answers)
-{
-    answers.expect<QMessageBox>([](QMessageBox &box) {
-        QCOMPARE(box.windowTitle(), u"Update Available"_s);
-        box.reject();
-    });
-}
-
 } // namespace
 
 /// The update check over HTTPS, at the compiled-in address, and in the program.
@@ -141,8 +132,7 @@ void tst_UpdateNetwork::readsADescriptionOfTheMaxSize()
     QFETCH(const QByteArray, header);
     QFETCH(const QByteArray, body);
     m_server->setHandler([&](const QString &, QSslSocket &connection) {
-        connection.write("HTTP/1.1 200 OK\r\n" + header + "\r\n\r\n" + body);
-        connection.disconnectFromHost();
+        DownloadServer::reply(connection, "200 OK\r\n" + header, body);
     });
     DialogAnswers answers;
     expectOffer(answers);
@@ -155,9 +145,9 @@ void tst_UpdateNetwork::followsARedirectToAnotherPath()
 {
     m_server->setHandler([](const QString &path, QSslSocket &connection) {
         if (path == "/other.xml"_L1)
-            DownloadServer::reply(connection, describe(u"3"_s));
+            DownloadServer::reply(connection, "200 OK", describe(u"3"_s));
         else
-            DownloadServer::reply(connection, {}, "302 Found", "Location: /other.xml\r\n");
+            DownloadServer::reply(connection, "302 Found\r\nContent-Length: 0\r\nLocation: /other.xml");
     });
     DialogAnswers answers;
     expectOffer(answers);
@@ -196,8 +186,7 @@ void tst_UpdateNetwork::reportsAFailureOnlyWhenAsked()
     m_server.reset();
     m_server.emplace(certificate);
     m_server->setHandler([&](const QString &, QSslSocket &connection) {
-        connection.write("HTTP/1.1 " + header + "\r\n\r\n" + describe(u"3"_s));
-        connection.disconnectFromHost();
+        DownloadServer::reply(connection, header, describe(u"3"_s));
     });
     DialogAnswers answers;
     const Window window;

@@ -1,6 +1,7 @@
 #include "updates.h"
 
 #include <QPushButton>
+#include <QTest>
 
 #include <algorithm>
 
@@ -23,6 +24,14 @@ QNetworkAccessManager *networkOf(const QWidget &window)
 void pressCheckForUpdates(const QWidget &window)
 {
     window.findChild<QPushButton *>(u"checkUpdatesButton"_s)->click();
+}
+
+void expectOffer(DialogAnswers &answers, const std::function<void(QMessageBox &)> &answer)
+{
+    answers.expect<QMessageBox>([answer](QMessageBox &box) {
+        QCOMPARE(box.windowTitle(), u"Update Available"_s);
+        answer(box);
+    });
 }
 
 FakeReply::FakeReply(const QByteArray &body)

@@ -1,9 +1,12 @@
 #ifndef UPDATES_H
 #define UPDATES_H
 
+#include "support/dialogs.h"
+
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QWidget>
+
+#include <functional>
 
 /// A version description as the project publishes it.
 [[nodiscard]] QByteArray describe(const QString &version, const QString &notes = {},
@@ -14,6 +17,11 @@
 
 /// Presses "Check For Updates".
 void pressCheckForUpdates(const QWidget &window);
+
+/// Expects the offer of a newer version. @a answer must close it.
+void expectOffer(
+    DialogAnswers &answers,
+    const std::function<void(QMessageBox &)> &answer = [](QMessageBox &box) { box.reject(); });
 
 /// A finished reply, with a body or an error, that did not come from the network.
 class FakeReply : public QNetworkReply
