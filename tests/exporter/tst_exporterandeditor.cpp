@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The exporter's files against those that the editor's buttons write for the same gauge.
+/// Compares the exporter's files with those that the editor's buttons write for the same gauge.
 class tst_ExporterAndEditor : public ExporterTest
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ private:
 
 namespace {
 
-/// Loads a gauge into an untouched window and writes all that its buttons write, under the name "editor".
+/// Loads a gauge into a new window and writes editor.png, editor.svg and so on with its buttons.
 QStringList exportFromWindow(const QString &gauge, int size, const QString &folder)
 {
     Window window;

@@ -39,6 +39,8 @@ std::function<void()> withLimit(int resource, rlim_t value)
 constexpr bool hasAddressSanitizer =
 #if defined(__SANITIZE_ADDRESS__)
     true;
+#elif defined(__has_feature)
+    __has_feature(address_sanitizer);
 #else
     false;
 #endif
