@@ -36,6 +36,10 @@ _corvalence_export() {
             mapfile -t COMPREPLY < <(compgen -W "{name} {name}-{size} {size}/{name}" -- "$current")
             return
             ;;
+        --compression)
+            mapfile -t COMPREPLY < <(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$current")
+            return
+            ;;
         -l | --layers | --mm | --dpi | -j | --jobs | --tick-limit | --input-limit)
             return
             ;;
@@ -43,7 +47,7 @@ _corvalence_export() {
 
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --text-as-paths
-            --mm --dpi --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
+            --mm --dpi --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
         return
     fi
     compopt -o filenames

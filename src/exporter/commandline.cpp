@@ -80,6 +80,13 @@ struct OptionDefinitions
         QStringLiteral(
             "The density of the pictures in pixels per inch. With --mm it sets the size in pixels."),
         QStringLiteral("density")};
+    QCommandLineOption compression{
+        QStringLiteral("compression"),
+        QStringLiteral(
+            "The compression of PNG files, from 0 (none) to %1 (smallest files, slowest). Default: %2.")
+            .arg(maxCompression)
+            .arg(defaultCompression),
+        QStringLiteral("level")};
     QCommandLineOption jobs{{QStringLiteral("j"), QStringLiteral("jobs")},
                             QStringLiteral("The number of gauges to work on at a time, up to %1. "
                                            "Default: one per core.")
@@ -365,6 +372,12 @@ void OptionsReader::readOtherOptions()
     else if (keep)
         m_options.existing = ExistingFile::Keep;
 
+    if (m_parser.isSet(m_definitions.compression)) {
+        bool isNumber = false;
+        m_options.compression = m_parser.value(m_definitions.compression).toInt(&isNumber);
+        if (!isNumber || m_options.compression < 0 || m_options.compression > maxCompression)
+            refuseValue(m_definitions.compression);
+    }
     m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), maxJobs);
     m_options.tickLimit =
         readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
@@ -399,9 +412,9 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
     const QCommandLineOption version = parser.addVersionOption();
     parser.addOptions({definitions.help, definitions.formats, definitions.output, definitions.to,
                        definitions.size, definitions.nameTemplate, definitions.layers,
-                       definitions.textAsPaths, definitions.mm, definitions.dpi, definitions.jobs,
-                       definitions.overwrite, definitions.keep, definitions.dryRun, definitions.quiet,
-                       definitions.tickLimit, definitions.inputLimit});
+                       definitions.textAsPaths, definitions.mm, definitions.dpi, definitions.compression,
+                       definitions.jobs, definitions.overwrite, definitions.keep, definitions.dryRun,
+                       definitions.quiet, definitions.tickLimit, definitions.inputLimit});
 
     QStringList notUtf8;
     const auto wrongUsage = [](const QString &error) {

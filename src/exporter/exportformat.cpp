@@ -1,12 +1,10 @@
 #include "exporter/exportformat.h"
 
+#include "exporter/pngfile.h"
 #include "model/gaugefile.h"
 #include "render/imageexport.h"
 #include "render/keyframes.h"
 #include "render/sweep.h"
-#ifdef CORVALENCE_FAST_PNG
-#include "exporter/pngencoder.h"
-#endif
 
 #include <QIODevice>
 #include <QStringEncoder>
@@ -27,28 +25,25 @@ QList<gaugeData> dataOf(const QList<gaugeLayer> &layers)
     return data;
 }
 
-/// Writes a PNG with the same bytes as the editor.
-bool writePngFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style)
+bool writePng(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
+              int compression)
 {
-#ifdef CORVALENCE_FAST_PNG
-    const QImage image = gaugeImage(size, dataOf(layers), style);
-    return !image.isNull() && writeArgbPng(device, image);
-#else
-    return writePng(device, size, dataOf(layers), style);
-#endif
+    return writePngFile(device, gaugeImage(size, dataOf(layers), style), compression);
 }
 
-bool writeSvgFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style)
+bool writeSvgFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
+                  int)
 {
     return writeSvg(device, size, dataOf(layers), style);
 }
 
-bool writePdfFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style)
+bool writePdfFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
+                  int)
 {
     return writePdf(device, size, dataOf(layers), style);
 }
 
-bool writeKeyframes(QIODevice &device, int, const QList<gaugeLayer> &layers, const PictureStyle &)
+bool writeKeyframes(QIODevice &device, int, const QList<gaugeLayer> &layers, const PictureStyle &, int)
 {
     // Not with a QTextStream: without enough memory its destructor ends the program.
     QStringEncoder encoder(QStringConverter::Utf8);
@@ -56,7 +51,7 @@ bool writeKeyframes(QIODevice &device, int, const QList<gaugeLayer> &layers, con
     return device.write(bytes) == bytes.size();
 }
 
-bool writeGauge(QIODevice &device, int, const QList<gaugeLayer> &layers, const PictureStyle &)
+bool writeGauge(QIODevice &device, int, const QList<gaugeLayer> &layers, const PictureStyle &, int)
 {
     const QByteArray bytes = gaugeFile::write(layers);
     return device.write(bytes) == bytes.size();
@@ -127,7 +122,7 @@ double pdfSize(const QList<gaugeLayer> &layers, const PictureStyle &style)
 }
 
 constexpr std::array formats{
-    ExportFormat{"png", true, true, writePngFile, nullptr},
+    ExportFormat{"png", true, true, writePng, nullptr},
     ExportFormat{"svg", true, false, writeSvgFile, svgSize},
     ExportFormat{"pdf", true, false, writePdfFile, pdfSize},
     ExportFormat{"csv", false, false, writeKeyframes, keyframesSize},

@@ -15,9 +15,10 @@ struct ExportFormat
     bool isPicture;   ///< Whether the file has a size in pixels.
     bool isRaster;    ///< Whether it is painted by Qt's raster engine.
 
-    /// Writes the layers to an open device. @a size and @a style matter for pictures only. Returns false when
-    /// there is not enough memory or the device does not take all bytes.
-    bool (*write)(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style);
+    /// Writes the layers to an open device. @a size and @a style matter for pictures only, @a compression for
+    /// a PNG only. Returns false when there is not enough memory or the device does not take all bytes.
+    bool (*write)(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
+                  int compression);
 
     /// Roughly the number of bytes that write() makes. Null for formats whose files are never much larger
     /// than the picture's pixels or the gauge file.

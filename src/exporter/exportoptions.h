@@ -2,6 +2,7 @@
 #define EXPORTOPTIONS_H
 
 #include "exporter/exportformat.h"
+#include "exporter/pngfile.h"
 
 #include <QList>
 #include <QString>
@@ -25,11 +26,12 @@ struct ExportOptions
     /// size.
     QString pictureNames = QStringLiteral("{name}");
     QString otherNames = QStringLiteral("{name}");
-    QStringList layers;       ///< The layers to export, by name or number. Empty: all.
-    bool textAsPaths = false; ///< Draw labels as paths.
-    double millimetres = 0.0; ///< The true side of the pictures. 0: from the density.
-    double dotsPerInch = 0.0; ///< The density of the pictures. 0: from the true side.
-    int jobs = 1;             ///< The number of gauges to work on at a time.
+    QStringList layers;                   ///< The layers to export, by name or number. Empty: all.
+    bool textAsPaths = false;             ///< Draw labels as paths.
+    double millimetres = 0.0;             ///< The true side of the pictures. 0: from the density.
+    double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the true side.
+    int compression = defaultCompression; ///< Of PNG files, from 0 to maxCompression.
+    int jobs = 1;                         ///< The number of gauges to work on at a time.
     ExistingFile existing = ExistingFile::Refuse;
     bool dryRun = false;
     bool quiet = false;

@@ -139,8 +139,8 @@ QString makeOutput(const Output &output, const QList<gaugeLayer> &layers, const 
         return QStringLiteral("The %1 cannot be made: the system starts no more threads.").arg(name);
 
     QBuffer buffer(&bytes);
-    const bool made =
-        buffer.open(QIODevice::WriteOnly) && output.format->write(buffer, output.size, layers, style);
+    const bool made = buffer.open(QIODevice::WriteOnly) &&
+                      output.format->write(buffer, output.size, layers, style, options.compression);
     if (!made)
         return QStringLiteral("The %1 cannot be made: there is not enough memory.").arg(name);
     return bytes.size() > maxSize ? tooLarge : QString();

@@ -73,19 +73,6 @@ void setAttribute(QByteArray &document, const QByteArray &attribute, const QByte
     document.replace(start, document.indexOf('"', start) - start, value);
 }
 
-/// Cuts the page, whose side is whole points, down to its true side. The drawing hangs from the page's upper
-/// left corner. The text keeps its length: the document's table counts bytes.
-void setPageSide(QByteArray &document, double points)
-{
-    const qsizetype start = document.indexOf("/MediaBox [");
-    const qsizetype length = document.indexOf(']', start) + 1 - start;
-    const QByteArray top = QByteArray::number(std::ceil(points), 'f', 0);
-    const QByteArray box = "/MediaBox [0 " + QByteArray::number(std::ceil(points) - points, 'f', 3) + ' ' +
-                           QByteArray::number(points, 'f', 3) + ' ' + top;
-    if (start >= 0 && box.size() < length)
-        document.replace(start, length, box.leftJustified(length - 1) + ']');
-}
-
 } // namespace
 
 QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style)
@@ -156,7 +143,5 @@ bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const
     if (!painter.end())
         return false;
 
-    QByteArray document = page.data();
-    setPageSide(document, points);
-    return device.write(document) == document.size();
+    return device.write(page.data()) == page.size();
 }

@@ -14,8 +14,11 @@ struct PictureStyle
     bool textAsPaths = false; ///< Labels are shapes, so that the drawing needs no font; a PNG never does.
 };
 
-/// A stack of layers as a square picture of @a size pixels on nothing, in QImage::Format_ARGB32. A true side
-/// sets the pixel density alone. Null when there is no memory for it, or no size.
+/// Returns a square picture of @a size pixels of a stack of layers, on a transparent background, in
+/// QImage::Format_ARGB32. A true side sets only the pixel density. Returns a null image when @a size is not
+/// positive or there is not enough memory.
+///
+/// The format matters: Qt blends small labels over transparent pixels differently on premultiplied images.
 [[nodiscard]] QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
 /// Writes the picture to an open device as a PNG. Returns false when it could not be made or written.

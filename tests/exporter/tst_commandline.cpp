@@ -73,6 +73,10 @@ void tst_CommandLine::refusesWrongUsage_data()
     rows(u"csv and gauge files have no size; the name template cannot hold {size}"_s, {"-f csv -n {size} a"});
     rows(u"the output folder has an empty name"_s, {"-o '' a"});
     rows(u"--overwrite and --keep exclude each other"_s, {"--overwrite --keep a"});
+    for (const char *value : {"-1", "10", "best"}) {
+        rows(u"\"%1\" is not a value for --compression"_s.arg(QLatin1String(value)),
+             {QByteArray("--compression ") + value + " a"});
+    }
     rows(u"\"0\" is not a value for --jobs"_s, {"-j 0 a"});
     rows(u"\"1025\" is not a value for --jobs"_s, {"-j 1025 a"});
     rows(u"\"0\" is not a value for --tick-limit"_s, {"--tick-limit 0 a"});
@@ -134,8 +138,8 @@ void tst_CommandLine::theHelpListsEveryOption()
     QCOMPARE(result.outcome, CommandLine::Outcome::ShowText);
     for (const char *option :
          {"--formats", "--output", "--to", "--size", "--name-template", "--layers", "--text-as-paths", "--mm",
-          "--dpi", "--jobs", "--overwrite", "--keep", "--dry-run", "--quiet", "--tick-limit", "--input-limit",
-          "--help", "--version"})
+          "--dpi", "--compression", "--jobs", "--overwrite", "--keep", "--dry-run", "--quiet", "--tick-limit",
+          "--input-limit", "--help", "--version"})
         QVERIFY2(result.text.contains(QLatin1String(option)), option);
 }
 

@@ -8,6 +8,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFileDialog>
+#include <QImage>
 #include <QSpinBox>
 #include <QTest>
 
@@ -19,8 +20,8 @@ class tst_ExporterAndEditor : public ExporterTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void writeTheSameBytes_data();
-    void writeTheSameBytes();
+    void writeTheSame_data();
+    void writeTheSame();
 
 private:
     SilentProxy m_proxy;
@@ -48,7 +49,7 @@ QStringList exportFromWindow(const QString &gauge, int size, const QString &fold
 
 } // namespace
 
-void tst_ExporterAndEditor::writeTheSameBytes_data()
+void tst_ExporterAndEditor::writeTheSame_data()
 {
     QTest::addColumn<QByteArray>("gauge");
     QTest::addColumn<int>("size");
@@ -81,7 +82,7 @@ void tst_ExporterAndEditor::writeTheSameBytes_data()
                            << 2048;
 }
 
-void tst_ExporterAndEditor::writeTheSameBytes()
+void tst_ExporterAndEditor::writeTheSame()
 {
     QFETCH(const QByteArray, gauge);
     QFETCH(const int, size);
@@ -92,7 +93,11 @@ void tst_ExporterAndEditor::writeTheSameBytes()
                                     u"exporter"_s, u"My dial.gauge"_s});
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(result.status, 0);
-    for (const char *suffix : {".png", ".svg", ".csv", ".gauge"}) {
+    const QImage editorPicture(path(u"editor.png"_s));
+    QVERIFY(!editorPicture.isNull());
+    const QImage exporterPicture(path(u"exporter.png"_s));
+    QCOMPARE(exporterPicture.convertToFormat(editorPicture.format()), editorPicture);
+    for (const char *suffix : {".svg", ".csv", ".gauge"}) {
         const QByteArray editor = read(u"editor"_s + QLatin1String(suffix));
         QVERIFY2(!editor.isEmpty(), suffix);
         QVERIFY2(read(u"exporter"_s + QLatin1String(suffix)) == editor, suffix);
