@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -73,14 +74,30 @@ void setAttribute(QByteArray &document, const QByteArray &attribute, const QByte
     document.replace(start, document.indexOf('"', start) - start, value);
 }
 
+/// Returns a null image when there is not enough memory. The system supplies zeroed pages at the first write,
+/// so that the empty parts of a large picture take no memory.
+QImage transparentImage(int size)
+{
+    if (size <= 0)
+        return {};
+    const qsizetype bytesPerLine = qsizetype(size) * 4;
+    void *const pixels = std::calloc(static_cast<size_t>(size), static_cast<size_t>(bytesPerLine));
+    if (pixels == nullptr)
+        return {};
+    QImage image(static_cast<uchar *>(pixels), size, size, bytesPerLine, QImage::Format_ARGB32, std::free,
+                 pixels);
+    if (image.isNull())
+        std::free(pixels);
+    return image;
+}
+
 } // namespace
 
 QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
-    QImage image(size, size, QImage::Format_ARGB32);
+    QImage image = transparentImage(size);
     if (image.isNull())
         return image;
-    image.fill(Qt::transparent);
     QPainter painter(&image);
     paintGauge(painter, size, layers);
     painter.end();
