@@ -242,8 +242,11 @@ QString asText(const QVariant &value)
 QJsonValue valueAt(const QJsonValue &json, const QString &path)
 {
     QJsonValue value = json;
-    for (const QString &key : path.split(u'/'))
-        value = value.isArray() ? value.toArray().at(key.toInt()) : value.toObject().value(key);
+    for (const QString &key : path.split(u'/')) {
+        bool isIndex = false;
+        const int index = key.toInt(&isIndex);
+        value = isIndex ? value.toArray().at(index) : value.toObject().value(key);
+    }
     return value;
 }
 

@@ -6,8 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What every fuzz target needs around its own promises: the functions that libFuzzer looks for are named
-/// LLVMFuzzer..., take bytes and sizes, and are defined by each target.
+// The functions that libFuzzer calls. Each target defines them.
 extern "C" {
 int LLVMFuzzerInitialize(int *argc, char ***argv);
 int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
@@ -15,17 +14,20 @@ size_t LLVMFuzzerCustomMutator(uint8_t *data, size_t size, size_t maxSize, unsig
 size_t LLVMFuzzerCustomCrossOver(const uint8_t *data1, size_t size1, const uint8_t *data2, size_t size2,
                                  uint8_t *out, size_t maxOutSize, unsigned int seed);
 
-/// libFuzzer's own mutation of plain bytes.
+/// libFuzzer's own mutation of bytes.
 size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
 }
 
-/// The input as a QByteArray of its own, so that reading past its end is noticed.
+/// Copies the input, so that the sanitizer detects reads beyond its end.
 QByteArray toBytes(const uint8_t *data, size_t size);
 
-/// Puts @a bytes where libFuzzer wants a mutation's result, cut to what fits; returns the size.
+/// Copies the result of a mutation to libFuzzer's buffer, truncated to @a maxSize. Returns its size.
 size_t store(const QByteArray &bytes, uint8_t *data, size_t maxSize);
 
-/// Silences Qt's warnings, of which broken input causes thousands, and makes numbers those of the C locale.
+/// Turns off Qt's warnings and sets the C locale.
 void prepareQt();
+
+/// Aborts with the message "broken promise: ..." if @a kept is false. libFuzzer then reports the input.
+void require(bool kept, const char *promise);
 
 #endif

@@ -4,6 +4,8 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 QByteArray toBytes(const uint8_t *data, size_t size)
@@ -22,4 +24,12 @@ void prepareQt()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QLocale::setDefault(QLocale::c());
+}
+
+void require(bool kept, const char *promise)
+{
+    if (kept)
+        return;
+    std::fprintf(stderr, "broken promise: %s\n", promise);
+    std::abort();
 }
