@@ -91,7 +91,11 @@ void tst_Arcs::anglesAreRoundedAndLimited()
         QPainter painter(&device);
         painter.drawArc(QRectF(6.0, 6.0, 500.0, 500.0), startSixteenths, spanSixteenths);
         painter.end();
-        QCOMPARE(paintedArc(layerWithArc(start, length)), device.calls().constFirst().path);
+        const QList<RecordedCall> painted =
+            paintedCalls(RecordedCall::Kind::Path, layerWithArc(start, length));
+        QCOMPARE(painted.size(), device.calls().size()); // Qt does not draw a span of 0
+        if (!painted.isEmpty())
+            QCOMPARE(painted.first().path, device.calls().first().path);
     }
 }
 
