@@ -1,89 +1,63 @@
 #include "randomuser.h"
 
-#include "render/renderarea.h"
-#include "warningwatch.h"
-#include "window.h"
+#include "render/imageexport.h"
 
 #include <QColorDialog>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QLineEdit>
-#include <QListWidget>
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QStyleOptionButton>
-#include <QStyleOptionSpinBox>
 #include <QTest>
 
 #include <algorithm>
-#include <numeric>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int mostTicksOfALayer = 150;
-constexpr qsizetype mostRows = 8;
-constexpr qsizetype rememberedActions = 25;
+constexpr qsizetype maxLayers = 8;
+constexpr qsizetype maxLogSize = 25;
+constexpr int maxDivisions = 5; // so that painting stays fast
 
-/// What the user may type as a name.
-const QStringList &names()
+bool isDivisionCount(const GaugeField &field)
 {
-    static const QStringList all{
-        QStringLiteral("Needle"),
-        QStringLiteral("  Outer ring "),
-        QStringLiteral("a, \"b\""),
-        QStringLiteral("   "),
-        QString(),
-        QStringLiteral("50 % \\ 'x'"),
-    };
-    return all;
-}
-
-/// The signal of a spin box that reports a new value.
-const char *valueChanged(const QAbstractSpinBox &box)
-{
-    const bool whole = qobject_cast<const QSpinBox *>(&box) != nullptr;
-    return whole ? SIGNAL(valueChanged(int)) : SIGNAL(valueChanged(double));
+    return field.name.startsWith("divisionCount");
 }
 
 } // namespace
 
-RandomUser::RandomUser(Window &window, quint64 seed, QStringList documents, QString folder, QString presets)
-    : m_window(window)
-    , m_form(window)
+RandomUser::RandomUser(Editor &editor, quint64 seed, QStringList documents, QString folder, QString presets)
+    : m_editor(editor)
     , m_random(seed)
     , m_documents(std::move(documents))
     , m_folder(std::move(folder))
     , m_presets(std::move(presets))
-    , m_names{QStringLiteral("Layer 1")}
-    , m_stack{gaugeData()}
 {
 }
 
 void RandomUser::act()
 {
     using Action = void (RandomUser::*)();
-    static const QList<std::pair<int, Action>> habits{
-        {24, &RandomUser::typeNumber},     {6, &RandomUser::typeCount},    {14, &RandomUser::stepNumber},
-        {6, &RandomUser::stepCount},       {10, &RandomUser::clickFlag},   {4, &RandomUser::chooseBiasType},
-        {5, &RandomUser::pickColor},       {1, &RandomUser::pickFont},     {10, &RandomUser::selectLayer},
-        {5, &RandomUser::renameLayer},     {3, &RandomUser::addLayer},     {4, &RandomUser::removeLayer},
-        {1, &RandomUser::saveGauge},       {1, &RandomUser::saveLayer},    {2, &RandomUser::loadGauge},
-        {2, &RandomUser::choosePreset},    {1, &RandomUser::exportPng},    {1, &RandomUser::exportSvg},
-        {1, &RandomUser::exportKeyframes}, {1, &RandomUser::useReference},
+    static const QList<std::pair<int, Action>> weightedActions{
+        {30, &RandomUser::typeValue},     {20, &RandomUser::stepValue},      {10, &RandomUser::clickFlag},
+        {4, &RandomUser::chooseBiasType}, {5, &RandomUser::pickColor},       {1, &RandomUser::pickFont},
+        {10, &RandomUser::selectLayer},   {5, &RandomUser::renameLayer},     {3, &RandomUser::addLayer},
+        {4, &RandomUser::removeLayer},    {1, &RandomUser::saveGauge},       {1, &RandomUser::saveLayer},
+        {2, &RandomUser::loadGauge},      {2, &RandomUser::choosePreset},    {1, &RandomUser::exportPng},
+        {1, &RandomUser::exportSvg},      {1, &RandomUser::exportKeyframes}, {1, &RandomUser::loadReference},
+        {1, &RandomUser::clearReference},
     };
-    static const int total = std::accumulate(habits.begin(), habits.end(), 0,
-                                             [](int sum, const auto &habit) { return sum + habit.first; });
-    int drawn = m_random.between(1, total);
-    Action action = &RandomUser::removeLayer; // whoever has too many layers removes one
-    for (const auto &[weight, habit] : habits) {
-        drawn -= weight;
-        if (drawn <= 0 && m_names.size() <= mostRows) {
-            action = habit;
-            break;
-        }
-    }
+    static const QList<Action> actions = [] {
+        QList<Action> all;
+        for (const auto &[weight, action] : weightedActions)
+            all.append(QList<Action>(weight, action));
+        return all;
+    }();
+    const Action action = m_names.size() > maxLayers ? &RandomUser::removeLayer : m_random.pick(actions);
     (this->*action)();
-    // Editors and dialogs that are done with go, as they do in a running event loop.
+    // Deletes closed editors and dialogs, as a running event loop does.
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
@@ -93,169 +67,176 @@ QString RandomUser::problem()
     if (!m_failure.isEmpty())
         return m_failure;
     if (!m_dialogs.problems().isEmpty())
-        return m_dialogs.problems().join(QLatin1String("; "));
-    if (!WarningWatch::unexpected().isEmpty())
-        return QLatin1String("warning: ") + WarningWatch::unexpected().first();
+        return m_dialogs.problems().join(u"; "_s);
 
-    const QListWidget &list = *m_form.layerList;
-    const QList<gaugeData> &stack = m_form.renderArea->layers;
-    if (list.count() < 1)
-        return QStringLiteral("no layer is left");
-    if (list.count() != stack.size() || list.count() != m_names.size())
-        return QStringLiteral("%1 rows and %2 layers, where %3 should be")
-            .arg(list.count())
-            .arg(stack.size())
-            .arg(m_names.size());
+    const QListWidget &list = *m_editor.layerList();
+    const QList<gaugeData> &stack = m_editor.preview()->layers;
+    if (m_editor.layerNames() != m_names)
+        return u"the rows are \"%1\" instead of \"%2\""_s.arg(m_editor.layerNames().join(u"\", \""_s),
+                                                              m_names.join(u"\", \""_s));
+    if (stack.size() != m_names.size())
+        return u"%1 layers for %2 rows"_s.arg(stack.size()).arg(m_names.size());
     if (list.currentRow() != m_row)
-        return QStringLiteral("row %1 is selected, not %2").arg(list.currentRow()).arg(m_row);
+        return u"row %1 is selected instead of %2"_s.arg(list.currentRow()).arg(m_row);
     for (int row = 0; row < list.count(); ++row) {
-        const QListWidgetItem &item = *list.item(row);
-        if (item.text() != m_names.at(row) || item.data(Qt::UserRole).toString() != m_names.at(row))
-            return QStringLiteral("row %1 is \"%2\" (\"%3\"), not \"%4\"")
-                .arg(QString::number(row), item.text(), item.data(Qt::UserRole).toString(), m_names.at(row));
-        const QString field = differingField(stack.at(row), m_stack.at(row));
-        if (!field.isEmpty())
-            return QStringLiteral("%1 of layer %2 is not as it must be").arg(field).arg(row);
+        if (list.item(row)->data(Qt::UserRole).toString() != m_names.at(row))
+            return u"the accepted name of row %1 is wrong"_s.arg(row);
+        const QStringList fields = differingFields(stack.at(row), m_stack.at(row));
+        if (!fields.isEmpty())
+            return u"%1 of layer %2 is wrong"_s.arg(fields.first()).arg(row);
     }
-    const QString field = differingField(m_form.renderArea->workingLayer, stack.at(m_row));
-    if (!field.isEmpty())
-        return QStringLiteral("%1 of the working copy is not the active layer's").arg(field);
-    return m_form.wrongControl(m_form.renderArea->workingLayer, m_fontShown);
+    const QStringList fields = differingFields(m_editor.preview()->workingLayer, stack.at(m_row));
+    if (!fields.isEmpty())
+        return u"%1 of the working copy differs from the layer"_s.arg(fields.first());
+
+    QImage preview(512, 512, QImage::Format_ARGB32);
+    preview.fill(Qt::transparent);
+    m_editor.preview()->render(&preview, QPoint(), QRegion(), QWidget::RenderFlags());
+    if (gaugeImage(512, stack) != preview)
+        return u"the preview differs from an export of the layers"_s;
+    return wrongControl();
 }
 
-void RandomUser::typeNumber()
+QString RandomUser::wrongControl() const
 {
-    const auto &bound = m_random.pick(m_form.numbers);
-    QDoubleSpinBox &box = *bound.control;
-    QString text;
-    if (m_random.oneIn(8)) {
-        text = m_random.pick(QStringList{QString(), QStringLiteral("-"), QStringLiteral("ticks"),
-                                         QStringLiteral("99999"), QStringLiteral("0.123456789"),
-                                         QStringLiteral("-0.0"), QStringLiteral("1e2")});
-    } else {
-        // Wide lines hide everything below them, so most are narrow.
-        const double most = box.maximum() == 100.0 && !m_random.oneIn(5) ? 5.0 : box.maximum();
-        const double value = box.minimum() + (most - box.minimum()) * m_random.between(0, 10000) / 10000.0;
-        text = QString::number(value, 'f', std::min(box.decimals(), 6));
+    const gaugeData shown = m_editor.shownLayer();
+    gaugeData held = m_editor.preview()->workingLayer;
+    // The control takes attributes that the font does not set, such as a refused size, from the application.
+    held.tickCountFont = held.tickCountFont.resolve(QApplication::font("QPushButton"));
+    for (const GaugeField &field : gaugeFields()) {
+        const QVariant value = field.get(held);
+        const auto *widget = m_editor.control<QWidget>(field.control);
+        bool isShown = field.get(shown) == value;
+        if (field.position == GaugeField::insideFont) {
+            isShown = isShown || !m_fontShown;
+        } else if (field.kind == GaugeField::Color) {
+            isShown = widget->styleSheet() == u"background-color: %1}"_s.arg(value.value<QColor>().name());
+        } else if (const auto *integer = qobject_cast<const QSpinBox *>(widget)) {
+            isShown = integer->value() == std::clamp(value.toInt(), integer->minimum(), integer->maximum());
+        } else if (const auto *number = qobject_cast<const QDoubleSpinBox *>(widget)) {
+            // NaN is shown as any number of the range.
+            const double nearest = std::clamp(value.toDouble(), number->minimum(), number->maximum());
+            isShown =
+                !(std::abs(number->value() - nearest) > 0.5000001 * std::pow(10.0, -number->decimals()));
+        }
+        if (!isShown)
+            return u"%1 does not show %2"_s.arg(field.control, value.toString());
     }
-    log(QStringLiteral("type \"%1\" into %2").arg(text, box.objectName()));
+    return {};
+}
+
+void RandomUser::typeValue()
+{
+    const GaugeField &field = pickField({GaugeField::Number, GaugeField::Integer});
+    auto &box = *m_editor.control<QAbstractSpinBox>(field.control);
+    const double min = box.property("minimum").toDouble();
+    double max = box.property("maximum").toDouble();
+    if (max == 100.0 && !m_random.oneIn(5)) // mostly narrow lines, which do not cover everything else
+        max = maxDivisions;
+    if (isDivisionCount(field))
+        max = maxDivisions;
+    const int decimals = field.kind == GaugeField::Number ? box.property("decimals").toInt() : 0;
+    QString text = QString::number(min + (max - min) * m_random.between(0, 10000) / 10000.0, 'f', decimals);
+    if (m_random.oneIn(8) && !isDivisionCount(field))
+        text = m_random.pick(
+            QStringList{QString(), u"-"_s, u"ticks"_s, u"99999"_s, u"0.123456789"_s, u"-0.0"_s, u"1e2"_s});
+    log(u"type \"%1\" into %2"_s.arg(text, field.control));
     if (type(box, text))
-        expectPushed(bound.group);
+        predictStored(field);
 }
 
-void RandomUser::typeCount()
+void RandomUser::stepValue()
 {
-    const auto &bound = m_random.pick(m_form.counts);
-    const int most =
-        bound.group == Group::Ticks ? bound.control->maximum() + 1 : std::min(101, largestCount(bound.group));
-    const QString text = QString::number(m_random.between(0, std::max(1, most)));
-    log(QStringLiteral("type \"%1\" into %2").arg(text, bound.control->objectName()));
-    if (type(*bound.control, text))
-        expectPushed(bound.group);
-}
-
-void RandomUser::stepNumber()
-{
-    const auto &bound = m_random.pick(m_form.numbers);
-    log(QStringLiteral("step %1").arg(bound.control->objectName()));
-    if (step(*bound.control))
-        expectPushed(bound.group);
-}
-
-void RandomUser::stepCount()
-{
-    const auto &bound = m_random.pick(m_form.counts);
-    // A page is ten steps.
-    if (bound.group != Group::Ticks && bound.control->value() + 10 > largestCount(bound.group))
-        return;
-    log(QStringLiteral("step %1").arg(bound.control->objectName()));
-    if (step(*bound.control))
-        expectPushed(bound.group);
+    const GaugeField &field = pickField({GaugeField::Number, GaugeField::Integer});
+    auto &box = *m_editor.control<QAbstractSpinBox>(field.control);
+    QList keys{Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown};
+    if (isDivisionCount(field) && box.property("value").toInt() >= maxDivisions)
+        keys = {Qt::Key_Down, Qt::Key_PageDown};
+    else if (isDivisionCount(field))
+        keys.removeAll(Qt::Key_PageUp); // ten steps
+    const auto key = m_random.pick(keys);
+    log(u"press %1 in %2"_s.arg(QVariant::fromValue(key).toString(), field.control));
+    const QVariant before = box.property("value");
+    QTest::keyClick(&box, key);
+    if (box.property("value") != before)
+        predictStored(field);
 }
 
 void RandomUser::clickFlag()
 {
-    const auto &bound = m_random.pick(m_form.flags);
-    QCheckBox &box = *bound.control;
-    log(QStringLiteral("click %1").arg(box.objectName()));
-    const bool before = box.isChecked();
+    const GaugeField &field = pickField({GaugeField::Flag});
+    auto *box = m_editor.window.findChild<QCheckBox *>(field.control);
+    if (box == nullptr) // the bias type
+        return;
+    log(u"click "_s + field.control);
+    const bool before = box->isChecked();
     if (m_random.oneIn(2)) {
-        QTest::keyClick(&box, Qt::Key_Space);
+        QTest::keyClick(box, Qt::Key_Space);
     } else {
         QStyleOptionButton option;
-        option.initFrom(&box);
-        option.text = box.text();
-        const QRect target = box.style()->subElementRect(QStyle::SE_CheckBoxClickRect, &option, &box);
-        QTest::mouseClick(&box, Qt::LeftButton, {}, target.center());
+        option.initFrom(box);
+        option.text = box->text();
+        const QRect target = box->style()->subElementRect(QStyle::SE_CheckBoxClickRect, &option, box);
+        QTest::mouseClick(box, Qt::LeftButton, {}, target.center());
     }
-    if (box.isChecked() == before)
-        fail(QStringLiteral("%1 did not change").arg(box.objectName()));
-    expectPushed(bound.group);
+    if (box->isChecked() == before)
+        fail(field.control + u" did not change"_s);
+    predictStored(field);
 }
 
 void RandomUser::chooseBiasType()
 {
-    QComboBox &box = *m_form.biasType;
+    auto &box = *m_editor.control<QComboBox>("biasTypeComboBox"_L1);
     const int row = m_random.between(0, 1);
-    log(QStringLiteral("choose bias type %1").arg(row));
+    log(u"choose bias type %1"_s.arg(row));
     chooseFromPopup(box, row);
     if (box.currentIndex() != row)
-        fail(QStringLiteral("the bias type is not the chosen one"));
-    expectPushed(Group::Sweep);
+        fail(u"the bias type was not chosen"_s);
+    predictStored(gaugeField("midpointBias"));
 }
 
 void RandomUser::pickColor()
 {
-    const auto &bound = m_random.pick(m_form.colors);
-    QColor color = Qt::black; // what a cancelled dialog makes
-    if (m_random.oneIn(3)) {
-        log(QStringLiteral("cancel the colour of %1").arg(bound.control->objectName()));
-        m_dialogs.expectAndCancel<QColorDialog>();
-    } else {
-        color = QColor(m_random.between(0, 255), m_random.between(0, 255), m_random.between(0, 255));
-        log(QStringLiteral("pick %1 for %2").arg(color.name(), bound.control->objectName()));
-        m_dialogs.expect<QColorDialog>([color](QColorDialog &dialog) {
-            dialog.setCurrentColor(color);
-            dialog.accept();
-        });
-    }
-    QTest::mouseClick(bound.control, Qt::LeftButton);
-    expectPushed(bound.group);
-    if (bound.field(activeLayer()) != color)
-        fail(QStringLiteral("the colour is not the chosen one"));
+    const GaugeField &field = pickField({GaugeField::Color});
+    const bool accepted = !m_random.oneIn(3);
+    const QColor color(m_random.between(0, 255), m_random.between(0, 255), m_random.between(0, 255));
+    log(u"%1 %2 for %3"_s.arg(accepted ? u"pick"_s : u"cancel"_s, color.name(), field.control));
+    m_dialogs.expect<QColorDialog>([color, accepted](QColorDialog &dialog) {
+        dialog.setCurrentColor(color);
+        static_cast<QDialog &>(dialog).done(accepted ? QDialog::Accepted : QDialog::Rejected);
+    });
+    QTest::mouseClick(m_editor.control<QWidget>(field.control), Qt::LeftButton);
+    predictStored(field);
+    field.set(activeLayer(), accepted ? color : QColor(0, 0, 0));
 }
 
 void RandomUser::pickFont()
 {
-    const QFont before = m_form.fontButton->font();
-    QFont chosen = before; // what a cancelled dialog leaves
-    if (m_random.oneIn(3)) {
-        log(QStringLiteral("cancel the font"));
-        m_dialogs.expectAndCancel<QFontDialog>();
-    } else {
-        log(QStringLiteral("pick a font"));
-        QFont font(m_random.pick(QStringList{QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Serif"),
-                                             QStringLiteral("DejaVu Sans Mono")}),
-                   m_random.between(6, 30));
-        font.setBold(m_random.oneIn(2));
-        m_dialogs.expect<QFontDialog>([font, &chosen](QFontDialog &dialog) {
-            dialog.setCurrentFont(font);
-            chosen = dialog.currentFont();
-            dialog.accept();
-        });
-    }
-    QTest::mouseClick(m_form.fontButton, Qt::LeftButton);
-    expectPushed(Group::Ticks);
-    if (activeLayer().tickCountFont.family() != chosen.family() ||
-        activeLayer().tickCountFont.pointSize() != chosen.pointSize())
-        fail(QStringLiteral("the font is not the chosen one"));
+    auto *button = m_editor.control<QAbstractButton>("tickCountFontButton"_L1);
+    QFont font(m_random.pick(QStringList{u"DejaVu Sans"_s, u"DejaVu Serif"_s, u"DejaVu Sans Mono"_s}),
+               m_random.between(6, 30));
+    font.setBold(m_random.oneIn(2));
+    const bool accepted = !m_random.oneIn(3);
+    QFont expected = button->font();
+    log(accepted ? u"pick a font"_s : u"cancel the font"_s);
+    m_dialogs.expect<QFontDialog>([font, accepted, &expected](QFontDialog &dialog) {
+        dialog.setCurrentFont(font);
+        if (accepted)
+            expected = dialog.currentFont();
+        static_cast<QDialog &>(dialog).done(accepted ? QDialog::Accepted : QDialog::Rejected);
+    });
+    QTest::mouseClick(button, Qt::LeftButton);
+    predictStored(gaugeField("tickCountStart"));
+    if (activeLayer().tickCountFont.family() != expected.family() ||
+        activeLayer().tickCountFont.pointSize() != expected.pointSize())
+        fail(u"the font was not picked"_s);
 }
 
 void RandomUser::selectLayer()
 {
-    QListWidget &list = *m_form.layerList;
+    QListWidget &list = *m_editor.layerList();
     const int row = m_random.between(0, list.count() - 1);
-    log(QStringLiteral("select row %1").arg(row));
+    log(u"select row %1"_s.arg(row));
     if (m_random.oneIn(2)) {
         list.scrollToItem(list.item(row));
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(row)).center());
@@ -270,11 +251,10 @@ void RandomUser::selectLayer()
 
 void RandomUser::renameLayer()
 {
-    QListWidget &list = *m_form.layerList;
+    QListWidget &list = *m_editor.layerList();
     const QString name = m_random.pick(names());
-    const bool keep = !m_random.oneIn(4);
-    log(QStringLiteral("rename row %1 to \"%2\", then press %3")
-            .arg(QString::number(m_row), name, keep ? QStringLiteral("Return") : QStringLiteral("Escape")));
+    const bool accepted = !m_random.oneIn(4);
+    log(u"%1 the name \"%2\" for row %3"_s.arg(accepted ? u"type"_s : u"cancel"_s, name).arg(m_row));
     list.setFocus();
     if (m_random.oneIn(2)) {
         QTest::keyClick(&list, Qt::Key_F2);
@@ -284,31 +264,30 @@ void RandomUser::renameLayer()
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
         QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
     }
-    auto *editor = list.findChild<QLineEdit *>();
-    if (editor == nullptr) {
-        fail(QStringLiteral("the row cannot be edited"));
+    auto *nameEditor = list.findChild<QLineEdit *>();
+    if (nameEditor == nullptr) {
+        fail(u"the row cannot be edited"_s);
         return;
     }
-    editor->selectAll();
-    QTest::keyClick(editor, Qt::Key_Delete);
-    QTest::keyClicks(editor, name);
-    QTest::keyClick(editor, keep ? Qt::Key_Return : Qt::Key_Escape);
-    if (keep && !name.trimmed().isEmpty())
+    nameEditor->selectAll();
+    QTest::keyClick(nameEditor, Qt::Key_Delete);
+    QTest::keyClicks(nameEditor, name);
+    QTest::keyClick(nameEditor, accepted ? Qt::Key_Return : Qt::Key_Escape);
+    if (accepted && !name.trimmed().isEmpty())
         m_names[m_row] = name.trimmed();
 }
 
 void RandomUser::addLayer()
 {
     const QString name = m_random.pick(names());
-    const bool keep = !m_random.oneIn(4);
-    log(QStringLiteral("%1 a new layer \"%2\"")
-            .arg(keep ? QStringLiteral("add") : QStringLiteral("cancel"), name));
-    m_dialogs.expect<QInputDialog>([name, keep](QInputDialog &dialog) {
+    const bool accepted = !m_random.oneIn(4);
+    log(u"%1 a new layer \"%2\""_s.arg(accepted ? u"add"_s : u"cancel"_s, name));
+    m_dialogs.expect<QInputDialog>([name, accepted](QInputDialog &dialog) {
         dialog.setTextValue(name);
-        dialog.done(keep ? QDialog::Accepted : QDialog::Rejected);
+        dialog.done(accepted ? QDialog::Accepted : QDialog::Rejected);
     });
-    click("AddLayerButton");
-    if (!keep || name.isEmpty())
+    click("AddLayerButton"_L1);
+    if (!accepted || name.isEmpty())
         return;
     m_names.append(name.trimmed().isEmpty() ? name : name.trimmed());
     m_stack.append(gaugeData());
@@ -316,12 +295,12 @@ void RandomUser::addLayer()
 
 void RandomUser::removeLayer()
 {
-    log(QStringLiteral("remove row %1 of %2").arg(m_row).arg(m_names.size()));
-    const bool last = m_names.size() == 1;
-    if (last)
+    log(u"remove row %1 of %2"_s.arg(m_row).arg(m_names.size()));
+    const bool isOnlyLayer = m_names.size() == 1;
+    if (isOnlyLayer)
         m_dialogs.expectAndCancel<QMessageBox>();
-    click("RemoveLayerButton");
-    if (last)
+    click("RemoveLayerButton"_L1);
+    if (isOnlyLayer)
         return;
     m_names.removeAt(m_row);
     m_stack.removeAt(m_row);
@@ -332,7 +311,7 @@ void RandomUser::removeLayer()
 void RandomUser::log(const QString &action)
 {
     m_log.append(action);
-    if (m_log.size() > rememberedActions)
+    if (m_log.size() > maxLogSize)
         m_log.removeFirst();
 }
 
@@ -342,47 +321,36 @@ void RandomUser::fail(const QString &what)
         m_failure = what;
 }
 
-void RandomUser::click(const char *button)
+void RandomUser::click(QLatin1StringView button)
 {
-    auto *found = m_window.findChild<QAbstractButton *>(QLatin1String(button));
-    QTest::mouseClick(found, Qt::LeftButton);
+    QTest::mouseClick(m_editor.control<QAbstractButton>(button), Qt::LeftButton);
+}
+
+QStringList RandomUser::names()
+{
+    return {u"Needle"_s, u"  Outer ring "_s, u"a, \"b\""_s, u"   "_s, QString(), u"50 % \\ 'x'"_s};
+}
+
+const GaugeField &RandomUser::pickField(std::initializer_list<GaugeField::Kind> kinds)
+{
+    const GaugeField *field = nullptr;
+    do
+        field = &m_random.pick(gaugeFields());
+    while (field->position == GaugeField::insideFont ||
+           std::find(kinds.begin(), kinds.end(), field->kind) == kinds.end());
+    return *field;
 }
 
 bool RandomUser::type(QAbstractSpinBox &box, const QString &text)
 {
-    const QSignalSpy reports(&box, valueChanged(box));
+    const bool isInteger = qobject_cast<QSpinBox *>(&box) != nullptr;
+    const QSignalSpy changes(&box, isInteger ? SIGNAL(valueChanged(int)) : SIGNAL(valueChanged(double)));
     box.setFocus();
     box.selectAll();
     QTest::keyClick(&box, Qt::Key_Delete);
     QTest::keyClicks(&box, text);
-    const auto ending = m_random.pick(QList<Ending>{Ending::Return, Ending::Tab, Ending::None});
-    if (ending != Ending::None)
-        QTest::keyClick(&box, ending == Ending::Return ? Qt::Key_Return : Qt::Key_Tab);
-    return !reports.isEmpty();
-}
-
-bool RandomUser::step(QAbstractSpinBox &box)
-{
-    const QSignalSpy reports(&box, valueChanged(box));
-    const bool up = m_random.oneIn(2);
-    switch (m_random.between(1, 3)) {
-    case 1:
-        QTest::keyClick(&box, up ? Qt::Key_Up : Qt::Key_Down);
-        break;
-    case 2:
-        QTest::keyClick(&box, up ? Qt::Key_PageUp : Qt::Key_PageDown);
-        break;
-    default: {
-        QStyleOptionSpinBox option;
-        option.initFrom(&box);
-        option.frame = box.hasFrame();
-        option.buttonSymbols = box.buttonSymbols();
-        const QRect arrow = box.style()->subControlRect(
-            QStyle::CC_SpinBox, &option, up ? QStyle::SC_SpinBoxUp : QStyle::SC_SpinBoxDown, &box);
-        QTest::mouseClick(&box, Qt::LeftButton, {}, arrow.center());
-    }
-    }
-    return !reports.isEmpty();
+    QTest::keyClick(&box, m_random.oneIn(2) ? Qt::Key_Return : Qt::Key_Tab);
+    return !changes.isEmpty();
 }
 
 void RandomUser::chooseFromPopup(QComboBox &box, int row)
@@ -394,21 +362,15 @@ void RandomUser::chooseFromPopup(QComboBox &box, int row)
     QTest::keyClick(box.view(), Qt::Key_Return);
 }
 
-void RandomUser::expectPushed(Group group)
+void RandomUser::predictStored(const GaugeField &field)
 {
-    activeLayer() = m_form.withGroup(activeLayer(), group);
-    m_fontShown = m_fontShown || group == Group::Ticks;
-}
-
-int RandomUser::largestCount(Group ring) const
-{
-    // Of the layer, not of the controls: a file's count stays until its own ring is edited.
-    const auto &counts = m_form.renderArea->workingLayer.divisionCount;
-    const auto own = static_cast<size_t>(ring) - static_cast<size_t>(Group::Ring1);
-    int others = 1;
-    for (size_t i = 0; i < counts.size(); ++i) {
-        if (i != own)
-            others *= std::clamp(counts.at(i), 1, mostTicksOfALayer);
+    const gaugeData shown = m_editor.shownLayer();
+    for (const GaugeField &stored : gaugeFields()) {
+        if (slotOf(stored) == slotOf(field) && stored.position != GaugeField::insideFont)
+            stored.set(activeLayer(), stored.get(shown));
     }
-    return mostTicksOfALayer / others;
+    if (slotOf(field) == "tickSettingsChanged") {
+        activeLayer().tickCountFont = m_editor.control<QWidget>("tickCountFontButton"_L1)->font();
+        m_fontShown = true;
+    }
 }

@@ -1,53 +1,41 @@
 #ifndef RANDOMUSER_H
 #define RANDOMUSER_H
 
-#include "formview.h"
 #include "support/dialogs.h"
+#include "support/editor.h"
 #include "support/random.h"
 
 #include <QStringList>
 
-class QAbstractSpinBox;
-class Window;
-
-/// Somebody who does one thing after another to a window, by chance, and who knows what must come of it: the
-/// names of the rows, the stack of layers and the row that is selected.
+/// Performs random actions on a window and predicts the names of the rows, the layers and the current row.
 ///
-/// Left alone is the update check, whose answer comes when it likes.
+/// It does not check for updates, since the answer arrives at an unpredictable time.
 class RandomUser
 {
 public:
-    /// @a documents are the files to load, @a folder is where to save, @a presets the window's presets
-    /// folder.
-    RandomUser(Window &window, quint64 seed, QStringList documents, QString folder, QString presets);
+    /// @a documents are the files to load, @a folder is where to save. @a presets is the presets folder of
+    /// the window.
+    RandomUser(Editor &editor, quint64 seed, QStringList documents, QString folder, QString presets);
 
-    /// Does one thing.
+    /// Performs one action.
     void act();
-
-    /// What is not as it must be after the last action; empty when all is well.
+    /// What differs from the prediction after the last action, or what went wrong in it. Empty if nothing.
     [[nodiscard]] QString problem();
-
-    /// Whether the preview shows something else than an export of the stack. Empty when it does not.
-    [[nodiscard]] QString previewProblem() const;
-
-    /// The last things done, the latest last.
+    /// The last actions, the latest last.
     [[nodiscard]] const QStringList &lastActions() const { return m_log; }
 
 private:
     enum class LoadMode { Append, Overwrite, Nothing };
-    enum class Ending { Return, Tab, None };
 
-    // One control.
-    void typeNumber();
-    void typeCount();
-    void stepNumber();
-    void stepCount();
+    // Controls.
+    void typeValue();
+    void stepValue();
     void clickFlag();
     void chooseBiasType();
     void pickColor();
     void pickFont();
 
-    // The layer list.
+    // Layers.
     void selectLayer();
     void renameLayer();
     void addLayer();
@@ -61,31 +49,33 @@ private:
     void exportPng();
     void exportSvg();
     void exportKeyframes();
-    void useReference();
+    void loadReference();
+    void clearReference();
 
     void log(const QString &action);
     void fail(const QString &what);
-    void click(const char *button);
-    /// Writes into a spin box as one does by keyboard. True when the box reported a new value.
+    void click(QLatin1StringView button);
+    [[nodiscard]] QStringList names();
+    /// A random field of some kinds that is not part of the font.
+    const GaugeField &pickField(std::initializer_list<GaugeField::Kind> kinds);
+    /// Types into a spin box. Returns whether its value changed.
     bool type(QAbstractSpinBox &box, const QString &text);
-    bool step(QAbstractSpinBox &box);
     void chooseFromPopup(QComboBox &box, int row);
-    /// The group's controls have been pushed into the active layer.
-    void expectPushed(Group group);
-    /// The largest value of a ring's count that leaves the layer quick to paint.
-    [[nodiscard]] int largestCount(Group ring) const;
-    /// Expects a file dialog and answers it with a path or, now and then, by cancelling: then false.
+    /// The window stores all controls of the field's group in the active layer.
+    void predictStored(const GaugeField &field);
+    /// A control that does not show the active layer within its range and decimals. Empty if there is none.
+    [[nodiscard]] QString wrongControl() const;
+    /// Expects a file dialog. Accepts @a path in it, or cancels it and returns false.
     bool answerFileDialog(const QString &path);
     [[nodiscard]] QString pathToSave(const QString &suffix);
-    void saveAndCheck(const char *button, const QString &path, const QList<gaugeLayer> &layers);
-    /// Expects the messages that loading a file brings up, and answers them.
+    void saveAndCheck(QLatin1StringView button, const QString &path, const QList<gaugeLayer> &layers);
+    /// Expects the messages that loading a file shows, and answers them.
     LoadMode expectLoading(const QString &path);
-    void expectLoaded(const QString &path, LoadMode mode);
+    void predictLoaded(const QString &path, LoadMode mode);
     [[nodiscard]] QList<gaugeLayer> namedLayers() const;
     [[nodiscard]] gaugeData &activeLayer() { return m_stack[m_row]; }
 
-    Window &m_window;
-    FormView m_form;
+    Editor &m_editor;
     Random m_random;
     DialogAnswers m_dialogs;
     QStringList m_documents;
@@ -94,11 +84,12 @@ private:
     QStringList m_log;
     QString m_failure;
 
-    // What must be.
-    QStringList m_names;
-    QList<gaugeData> m_stack;
+    // The prediction.
+    QStringList m_names{QStringLiteral("Layer 1")};
+    QList<gaugeData> m_stack{gaugeData()};
     int m_row = 0;
-    bool m_fontShown = false; ///< The font button starts with the application's font, not with the layer's.
+    bool m_fontShown =
+        false; ///< At first, the font button shows the application's font instead of the layer's.
 };
 
 #endif

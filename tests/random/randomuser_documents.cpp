@@ -1,40 +1,23 @@
-// What the random user does with files.
+// The random user's actions with files.
 
 #include "randomuser.h"
 
 #include "model/gaugefile.h"
-#include "render/imageexport.h"
 #include "render/keyframes.h"
-#include "render/renderarea.h"
-#include "window.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImage>
-#include <QJsonObject>
-#include <QLabel>
 #include <QMessageBox>
 #include <QStringEncoder>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// The preview as it stands, on nothing.
-QImage preview(RenderArea &area)
-{
-    QImage image(area.size(), QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    area.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
-    return image;
-}
 
 QString withSuffix(const QString &path, const QString &suffix)
 {
@@ -43,62 +26,56 @@ QString withSuffix(const QString &path, const QString &suffix)
 
 } // namespace
 
-QString RandomUser::previewProblem() const
-{
-    const bool same = gaugeImage(512, m_form.renderArea->layers) == preview(*m_form.renderArea);
-    return same ? QString() : QStringLiteral("the preview is not an export of the stack");
-}
-
 void RandomUser::saveGauge()
 {
-    saveAndCheck("saveButton", pathToSave(QStringLiteral(".gauge")), namedLayers());
+    saveAndCheck("saveButton"_L1, pathToSave(u".gauge"_s), namedLayers());
 }
 
 void RandomUser::saveLayer()
 {
-    const QString path = m_presets + QStringLiteral("Preset %1").arg(m_random.between(1, 5));
-    saveAndCheck("SaveLayerButton", m_random.oneIn(2) ? path : path + QLatin1String(".gauge"),
+    const QString path = m_presets + u"Preset %1"_s.arg(m_random.between(1, 5));
+    saveAndCheck("SaveLayerButton"_L1, m_random.oneIn(2) ? path : path + u".gauge"_s,
                  {namedLayers().at(m_row)});
 }
 
-void RandomUser::saveAndCheck(const char *button, const QString &path, const QList<gaugeLayer> &layers)
+void RandomUser::saveAndCheck(QLatin1StringView button, const QString &path, const QList<gaugeLayer> &layers)
 {
-    log(QStringLiteral("%1 to %2").arg(QLatin1String(button), path));
-    const QString written = withSuffix(path, QStringLiteral(".gauge"));
-    const QByteArray before = contents(written);
+    log(u"%1 to %2"_s.arg(button, path));
+    const QString written = withSuffix(path, u".gauge"_s);
+    const QByteArray before = readFile(written);
     const bool accepted = answerFileDialog(path);
     click(button);
-    if (contents(written) != (accepted ? gaugeFile::write(layers) : before))
-        fail(QStringLiteral("%1 does not hold what was saved").arg(written));
+    if (readFile(written) != (accepted ? gaugeFile::write(layers) : before))
+        fail(u"%1 does not hold what was saved"_s.arg(written));
 }
 
 void RandomUser::loadGauge()
 {
     const QString path = m_random.pick(m_documents);
-    log(QStringLiteral("load %1").arg(path));
+    log(u"load %1"_s.arg(path));
     const bool accepted = answerFileDialog(path);
     const LoadMode mode = accepted ? expectLoading(path) : LoadMode::Nothing;
-    click("loadButton");
-    expectLoaded(path, mode);
+    click("loadButton"_L1);
+    predictLoaded(path, mode);
 }
 
 void RandomUser::choosePreset()
 {
-    auto *box = m_window.findChild<QComboBox *>(QStringLiteral("presetComboBox"));
+    auto *box = m_editor.control<QComboBox>("presetComboBox"_L1);
     if (box->count() == 0)
         return;
     const int row = m_random.between(0, box->count() - 1);
-    const QString path = m_presets + box->itemText(row) + QLatin1String(".gauge");
-    log(QStringLiteral("choose preset %1").arg(path));
+    const QString path = m_presets + box->itemText(row) + u".gauge"_s;
+    log(u"choose preset %1"_s.arg(path));
     const LoadMode mode = expectLoading(path);
     chooseFromPopup(*box, row);
-    expectLoaded(path, mode);
+    predictLoaded(path, mode);
 }
 
 RandomUser::LoadMode RandomUser::expectLoading(const QString &path)
 {
     QList<gaugeLayer> layers;
-    if (!QFile::exists(path) || !gaugeFile::read(contents(path), &layers, nullptr)) {
+    if (!QFile::exists(path) || !gaugeFile::read(readFile(path), &layers, nullptr)) {
         m_dialogs.expectAndCancel<QMessageBox>();
         return LoadMode::Nothing;
     }
@@ -106,8 +83,7 @@ RandomUser::LoadMode RandomUser::expectLoading(const QString &path)
         return LoadMode::Overwrite;
 
     const QString answer =
-        m_random.pick(QStringList{QStringLiteral("Add As New Layers"),
-                                  QStringLiteral("Overwrite Current Layer"), QStringLiteral("Cancel")});
+        m_random.pick(QStringList{u"Add As New Layers"_s, u"Overwrite Current Layer"_s, u"Cancel"_s});
     log(answer);
     m_dialogs.expect<QMessageBox>([answer](QMessageBox &question) {
         const auto buttons = question.buttons();
@@ -116,17 +92,17 @@ RandomUser::LoadMode RandomUser::expectLoading(const QString &path)
                 button->click();
         }
     });
-    if (answer.startsWith(QLatin1String("Add")))
+    if (answer.startsWith(u"Add"_s))
         return LoadMode::Append;
-    return answer == QLatin1String("Cancel") ? LoadMode::Nothing : LoadMode::Overwrite;
+    return answer == u"Cancel"_s ? LoadMode::Nothing : LoadMode::Overwrite;
 }
 
-void RandomUser::expectLoaded(const QString &path, LoadMode mode)
+void RandomUser::predictLoaded(const QString &path, LoadMode mode)
 {
     if (mode == LoadMode::Nothing)
         return;
     QList<gaugeLayer> layers;
-    gaugeFile::read(contents(path), &layers, nullptr);
+    gaugeFile::read(readFile(path), &layers, nullptr);
     const QString baseName = QFileInfo(path).completeBaseName();
     const bool single = layers.size() == 1;
     if (mode == LoadMode::Overwrite) {
@@ -137,7 +113,7 @@ void RandomUser::expectLoaded(const QString &path, LoadMode mode)
         m_row = static_cast<int>(m_names.size());
     }
     for (const gaugeLayer &layer : std::as_const(layers)) {
-        const QString numbered = QStringLiteral("Layer %1").arg(m_names.size() + 1);
+        const QString numbered = u"Layer %1"_s.arg(m_names.size() + 1);
         m_names.append(!layer.name.isEmpty() ? layer.name : (single ? baseName : numbered));
         m_stack.append(layer.data);
     }
@@ -146,73 +122,68 @@ void RandomUser::expectLoaded(const QString &path, LoadMode mode)
 
 void RandomUser::exportPng()
 {
-    auto *size = m_window.findChild<QSpinBox *>(QStringLiteral("pngSizeSpinBox"));
-    const int side = m_random.oneIn(2) ? 512 : m_random.between(64, 200);
-    const QString path = pathToSave(QStringLiteral(".png"));
-    log(QStringLiteral("export %1 at %2").arg(path).arg(side));
-    type(*size, QString::number(side));
+    auto &size = *m_editor.control<QSpinBox>("pngSizeSpinBox"_L1);
+    const QString path = pathToSave(u".png"_s);
+    log(u"export "_s + path);
+    type(size, QString::number(m_random.between(64, 200)));
     const bool accepted = answerFileDialog(path);
-    click("savePNGButton");
-    if (!accepted)
-        return;
-    const QImage image(withSuffix(path, QStringLiteral(".png")));
-    if (image.size() != QSize(side, side))
-        fail(QStringLiteral("the picture's size is not the chosen one"));
-    else if (side == 512 && image != preview(*m_form.renderArea))
-        fail(QStringLiteral("the picture is not the preview"));
+    click("savePNGButton"_L1);
+    if (accepted && QImage(withSuffix(path, u".png"_s)).size() != QSize(size.value(), size.value()))
+        fail(u"the picture has not the chosen size"_s);
 }
 
 void RandomUser::exportSvg()
 {
-    const QString path = pathToSave(QStringLiteral(".svg"));
-    log(QStringLiteral("export %1").arg(path));
-    QFile::remove(withSuffix(path, QStringLiteral(".svg")));
+    const QString path = pathToSave(u".svg"_s);
+    log(u"export %1"_s.arg(path));
+    QFile::remove(withSuffix(path, u".svg"_s));
     const bool accepted = answerFileDialog(path);
-    click("saveSVGButton");
-    const QByteArray drawing = contents(withSuffix(path, QStringLiteral(".svg")));
+    click("saveSVGButton"_L1);
+    const QByteArray drawing = readFile(withSuffix(path, u".svg"_s));
     if (accepted ? !drawing.trimmed().endsWith("</svg>") : !drawing.isEmpty())
-        fail(QStringLiteral("the drawing is not complete, or was not to be"));
+        fail(u"the drawing is not complete, or exists although it was cancelled"_s);
 }
 
 void RandomUser::exportKeyframes()
 {
-    const QString path = pathToSave(QStringLiteral(".csv"));
-    log(QStringLiteral("export %1").arg(path));
-    QFile::remove(withSuffix(path, QStringLiteral(".csv")));
+    const QString path = pathToSave(u".csv"_s);
+    log(u"export %1"_s.arg(path));
+    QFile::remove(withSuffix(path, u".csv"_s));
     const bool accepted = answerFileDialog(path);
-    click("saveKeyFrameButton");
-    // Not toUtf8(), which writes a lone surrogate, as a layer's name may hold it, as a question mark.
+    click("saveKeyFrameButton"_L1);
+    // QString::toUtf8() writes a lone surrogate in a name as a question mark.
     QStringEncoder utf8(QStringEncoder::Utf8);
     const QByteArray expected = accepted ? utf8(keyframeTable(namedLayers())) : QByteArray();
-    if (contents(withSuffix(path, QStringLiteral(".csv"))) != expected)
-        fail(QStringLiteral("the table is not that of the layers"));
+    if (readFile(withSuffix(path, u".csv"_s)) != expected)
+        fail(u"the table does not match the layers"_s);
 }
 
-void RandomUser::useReference()
+void RandomUser::loadReference()
 {
-    const auto *label = m_window.findChild<QLabel *>(QStringLiteral("referenceLabel"));
-    if (m_random.oneIn(3)) {
-        log(QStringLiteral("clear the reference"));
-        click("clearReferenceButton");
-        if (!label->text().isEmpty() || !label->pixmap().isNull())
-            fail(QStringLiteral("the reference is not cleared"));
-        return;
-    }
-    const QString path = QDir(m_folder).filePath(QStringLiteral("reference.png"));
-    log(QStringLiteral("show a reference"));
-    QImage picture(m_random.between(1, 600), m_random.between(1, 600), QImage::Format_RGB32);
-    picture.fill(Qt::darkBlue);
-    picture.save(path);
+    const QString path = QDir(m_folder).filePath(u"reference.png"_s);
+    log(u"load a reference image"_s);
+    QImage image(m_random.between(1, 600), m_random.between(1, 600), QImage::Format_RGB32);
+    image.fill(Qt::darkBlue);
+    image.save(path);
     const bool accepted = answerFileDialog(path);
-    click("loadReferenceButton");
-    if (accepted && label->pixmap().size() != picture.size())
-        fail(QStringLiteral("the reference is not shown"));
+    click("loadReferenceButton"_L1);
+    if (accepted && m_editor.control<QLabel>("referenceLabel"_L1)->pixmap().size() != image.size())
+        fail(u"the reference image is not shown"_s);
+}
+
+void RandomUser::clearReference()
+{
+    log(u"clear the reference image"_s);
+    click("clearReferenceButton"_L1);
+    const auto *label = m_editor.control<QLabel>("referenceLabel"_L1);
+    if (!label->text().isEmpty() || !label->pixmap().isNull())
+        fail(u"the reference image is not cleared"_s);
 }
 
 bool RandomUser::answerFileDialog(const QString &path)
 {
     if (m_random.oneIn(3)) {
-        log(QStringLiteral("... but cancel"));
+        log(u"... but cancel"_s);
         m_dialogs.expectAndCancel<QFileDialog>();
         return false;
     }
@@ -222,7 +193,7 @@ bool RandomUser::answerFileDialog(const QString &path)
 
 QString RandomUser::pathToSave(const QString &suffix)
 {
-    const QString path = QDir(m_folder).filePath(QStringLiteral("saved%1").arg(m_random.between(1, 4)));
+    const QString path = QDir(m_folder).filePath(u"saved%1"_s.arg(m_random.between(1, 4)));
     return m_random.oneIn(2) ? path : path + suffix;
 }
 
