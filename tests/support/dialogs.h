@@ -14,8 +14,8 @@
 ///
 /// A dialog runs its own event loop, so what answers it must be set up before: expect() names the dialog's
 /// type and what to do with it once it is there. Each answer must close its dialog. A dialog that nobody
-/// expects is closed and noted, so that a test never hangs; problems() tells whether exactly the expected ones
-/// came.
+/// expects is closed and noted, so that a test never hangs; problems() tells whether exactly the expected
+/// ones came.
 class DialogAnswers : public QObject
 {
     Q_OBJECT
