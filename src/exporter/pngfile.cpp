@@ -3,10 +3,12 @@
 #include <QHash>
 #include <QIODevice>
 #include <QImage>
+#include <QtEndian>
 
 #include <spng.h>
 
 #include <algorithm>
+#include <bit>
 #include <memory>
 #include <new>
 #include <span>
@@ -103,16 +105,22 @@ void Palette::convertRow(std::span<const QRgb> row, std::vector<uint8_t> &bytes)
     });
 }
 
-/// Converts pixels to red, green, blue and, if wanted, alpha.
-void convertRow(std::span<const QRgb> row, bool withAlpha, std::vector<uint8_t> &bytes)
+void convertToRgba(std::span<const QRgb> row, std::vector<uint8_t> &bytes)
 {
-    auto out = bytes.begin();
+    uint8_t *out = bytes.data();
+    for (const QRgb argb : row) {
+        qToBigEndian(std::rotl(argb, 8), out);
+        out += 4;
+    }
+}
+
+void convertToRgb(std::span<const QRgb> row, std::vector<uint8_t> &bytes)
+{
+    uint8_t *out = bytes.data();
     for (const QRgb pixel : row) {
         *out++ = static_cast<uint8_t>(qRed(pixel));
         *out++ = static_cast<uint8_t>(qGreen(pixel));
         *out++ = static_cast<uint8_t>(qBlue(pixel));
-        if (withAlpha)
-            *out++ = static_cast<uint8_t>(qAlpha(pixel));
     }
 }
 
@@ -170,10 +178,13 @@ bool writePngFile(QIODevice &device, const QImage &image, int compression)
     std::vector<uint8_t> bytes(static_cast<size_t>(image.width()) * bytesPerPixel);
     int status = SPNG_OK;
     for (int y = 0; y < image.height() && status == SPNG_OK; ++y) {
-        if (palette.isEmpty())
-            convertRow(pixelRow(image, y), !opaque, bytes);
+        const std::span<const QRgb> row = pixelRow(image, y);
+        if (!palette.isEmpty())
+            palette.convertRow(row, bytes);
+        else if (opaque)
+            convertToRgb(row, bytes);
         else
-            palette.convertRow(pixelRow(image, y), bytes);
+            convertToRgba(row, bytes);
         status = spng_encode_row(png, bytes.data(), bytes.size());
     }
     return status == SPNG_EOI; // the last row ends the file
