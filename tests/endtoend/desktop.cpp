@@ -3,25 +3,24 @@
 #include <QProcess>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr int patience = 20000; // milliseconds
-
-/// What a command printed; stops the program when there is no such command, without which nothing can go on.
-QString run(const QString &command, const QStringList &arguments, bool errorOutput = false)
+/// The output of a command. Ends the test program if it cannot be started.
+QString run(const QString &command, const QStringList &arguments)
 {
     QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(command, arguments);
-    if (!process.waitForFinished(patience))
+    if (!process.waitForFinished(desktop::timeout))
         qFatal("%s does not run: %s", qPrintable(command), qPrintable(process.errorString()));
-    return QString::fromLocal8Bit(errorOutput ? process.readAllStandardError()
-                                              : process.readAllStandardOutput())
-        .trimmed();
+    return QString::fromLocal8Bit(process.readAll()).trimmed();
 }
 
 QString xdotool(const QStringList &arguments)
 {
-    return run(QStringLiteral("xdotool"), arguments);
+    return run(u"xdotool"_s, arguments);
 }
 
 } // namespace
@@ -30,67 +29,56 @@ namespace desktop {
 
 void press(const QStringList &keys)
 {
-    xdotool(QStringList{QStringLiteral("key")} + keys);
+    xdotool(QStringList{u"key"_s} + keys);
 }
 
 void type(const QString &text)
 {
-    xdotool({QStringLiteral("type"), QStringLiteral("--"), text});
+    xdotool({u"type"_s, u"--"_s, text});
 }
 
 void click(const QString &window, QPoint place, int times)
 {
-    xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"), QStringLiteral("--window"), window,
-             QString::number(place.x()), QString::number(place.y()), QStringLiteral("click"),
-             QStringLiteral("--repeat"), QString::number(times), QStringLiteral("1")});
-}
-
-QString activeTitle()
-{
-    return xdotool({QStringLiteral("getactivewindow"), QStringLiteral("getwindowname")});
+    xdotool({u"mousemove"_s, u"--sync"_s, u"--window"_s, window, QString::number(place.x()),
+             QString::number(place.y()), u"click"_s, u"--repeat"_s, QString::number(times), u"1"_s});
 }
 
 QString activeWindow()
 {
-    return xdotool({QStringLiteral("getactivewindow")});
+    return xdotool({u"getactivewindow"_s});
 }
 
-QSize size(const QString &window)
+QString activeTitle()
 {
-    // WIDTH=... and HEIGHT=... among others, a line each.
-    QSize size;
-    const QStringList lines =
-        xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window})
-            .split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        const int value = line.section(QLatin1Char('='), 1).toInt();
-        if (line.startsWith(QLatin1String("WIDTH=")))
-            size.setWidth(value);
-        else if (line.startsWith(QLatin1String("HEIGHT=")))
-            size.setHeight(value);
-    }
-    return size;
+    return xdotool({u"getactivewindow"_s, u"getwindowname"_s});
 }
 
 bool waitForActive(const QString &title)
 {
-    return QTest::qWaitFor([&title] { return activeTitle() == title; }, patience);
+    return QTest::qWaitFor([&title] { return activeTitle() == title; }, timeout);
 }
 
-void photograph(const QString &window, const QRect &area, const QString &path)
+QSize size(const QString &window)
+{
+    // Lines such as WIDTH=1280.
+    const QStringList lines = xdotool({u"getwindowgeometry"_s, u"--shell"_s, window}).split(u'\n');
+    const auto value = [&lines](const QString &key) {
+        return lines.filter(key).value(0).section(u'=', 1).toInt();
+    };
+    return {value(u"WIDTH="_s), value(u"HEIGHT="_s)};
+}
+
+void saveScreenshot(const QString &window, const QRect &area, const QString &path)
 {
     const QString crop =
-        QStringLiteral("%1x%2+%3+%4").arg(area.width()).arg(area.height()).arg(area.left()).arg(area.top());
-    run(QStringLiteral("import"),
-        {QStringLiteral("-window"), window, QStringLiteral("-crop"), crop, QStringLiteral("+repage"), path});
+        u"%1x%2+%3+%4"_s.arg(area.width()).arg(area.height()).arg(area.left()).arg(area.top());
+    run(u"import"_s, {u"-window"_s, window, u"-crop"_s, crop, u"+repage"_s, path});
 }
 
-int differingPixels(const QString &a, const QString &b, int fuzz)
+int differingPixels(const QString &a, const QString &b, int tolerance)
 {
-    const QString count = run(QStringLiteral("compare"),
-                              {QStringLiteral("-metric"), QStringLiteral("AE"), QStringLiteral("-fuzz"),
-                               QStringLiteral("%1%").arg(fuzz), a, b, QStringLiteral("null:")},
-                              true);
+    const QString count =
+        run(u"compare"_s, {u"-metric"_s, u"AE"_s, u"-fuzz"_s, u"%1%"_s.arg(tolerance), a, b, u"null:"_s});
     bool isNumber = false;
     const double pixels = count.toDouble(&isNumber);
     if (!isNumber)

@@ -5,36 +5,30 @@
 #include <QRect>
 #include <QStringList>
 
-/// A person's hands and eyes on the display: keyboard, mouse, and what the window manager shows. Waiting is
-/// for something to be so, and ends without it after a while.
+/// Keyboard, mouse and screen of the display, by means of xdotool and ImageMagick. Windows are X identifiers.
 namespace desktop {
+
+/// How long to wait for something, in milliseconds.
+inline constexpr int timeout = 20000;
 
 /// Presses keys one after another, each by its X name, such as "Tab" or "ctrl+a".
 void press(const QStringList &keys);
-
-/// Types text into whatever has the focus.
+/// Types text into the control that has the focus.
 void type(const QString &text);
-
-/// Clicks at a place within a window, @a times times.
+/// Clicks in a window @a times times.
 void click(const QString &window, QPoint place, int times = 1);
 
-/// The title of the active window, empty when there is none.
-[[nodiscard]] QString activeTitle();
-
-/// The active window's identifier.
 [[nodiscard]] QString activeWindow();
-
-/// How large a window's contents are.
+[[nodiscard]] QString activeTitle();
+/// Waits until the active window has this title. Returns false if it has not in time.
+[[nodiscard]] bool waitForActive(const QString &title);
+/// The size of a window without its frame.
 [[nodiscard]] QSize size(const QString &window);
 
-/// Waits until the window of that title is active. False when it does not become so.
-[[nodiscard]] bool waitForActive(const QString &title);
-
-/// Saves what the screen shows in a rectangle of a window.
-void photograph(const QString &window, const QRect &area, const QString &path);
-
-/// How many pixels of two pictures differ by more than @a fuzz per cent.
-[[nodiscard]] int differingPixels(const QString &a, const QString &b, int fuzz);
+/// Saves a part of a window as it is on the screen.
+void saveScreenshot(const QString &window, const QRect &area, const QString &path);
+/// The number of pixels in which two images differ by more than @a tolerance per cent.
+[[nodiscard]] int differingPixels(const QString &a, const QString &b, int tolerance);
 
 } // namespace desktop
 

@@ -1,68 +1,53 @@
 #include "formmap.h"
 
-#include "render/gaugepainter.h"
-#include "ui_window.h"
-
 #include <QStyleOptionButton>
 #include <QStyleOptionSpinBox>
 
+using namespace Qt::StringLiterals;
+
 FormMap::FormMap(QSize size)
 {
-    Ui_Window form;
-    form.setupUi(&m_window);
-    form.biasTypeComboBox->addItems({QStringLiteral("Exponential"), QStringLiteral("Midpoint")});
-    form.layerList->addItem(QStringLiteral("Layer"));
-    auto *preview = new QWidget;
-    preview->setObjectName(QStringLiteral("preview"));
-    preview->setFixedSize(canvasSize, canvasSize);
-    auto *layout = new QGridLayout;
-    layout->addWidget(preview, 0, 0, Qt::AlignCenter);
-    form.RenderBox->setLayout(layout);
-    m_window.setAttribute(Qt::WA_DontShowOnScreen);
-    m_window.resize(size);
-    m_window.show();
+    m_editor.window.setAttribute(Qt::WA_DontShowOnScreen);
+    m_editor.window.resize(size);
+    m_editor.window.show();
 }
 
-QWidget *FormMap::find(const char *control) const
+QRect FormMap::rect(const QWidget &widget) const
 {
-    auto *found = m_window.findChild<QWidget *>(QLatin1String(control));
-    if (found == nullptr)
-        qFatal("There is no control %s.", control);
-    return found;
+    return {widget.mapTo(&m_editor.window, QPoint()), widget.size()};
 }
 
-QRect FormMap::rect(const char *control) const
+QPoint FormMap::target(const QString &control) const
 {
-    const QWidget *widget = find(control);
-    return {widget->mapTo(&m_window, QPoint()), widget->size()};
-}
-
-QPoint FormMap::target(const char *control) const
-{
-    const QWidget *widget = find(control);
-    const auto *box = qobject_cast<const QCheckBox *>(widget);
+    const auto &widget = *m_editor.control<QWidget>(control);
+    const auto *box = qobject_cast<const QCheckBox *>(&widget);
     if (box == nullptr)
-        return rect(control).center();
+        return rect(widget).center();
     QStyleOptionButton option;
     option.initFrom(box);
     option.text = box->text();
     const QRect clickable = box->style()->subElementRect(QStyle::SE_CheckBoxClickRect, &option, box);
-    return box->mapTo(&m_window, clickable.center());
+    return box->mapTo(&m_editor.window, clickable.center());
 }
 
-QPoint FormMap::upArrow(const char *spinBox) const
+QPoint FormMap::upArrow(const QString &spinBox) const
 {
-    const QWidget *box = find(spinBox);
+    const auto *box = m_editor.control<QAbstractSpinBox>(spinBox);
     QStyleOptionSpinBox option;
     option.initFrom(box);
     option.frame = true;
     const QRect arrow = box->style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxUp, box);
-    return box->mapTo(&m_window, arrow.center());
+    return box->mapTo(&m_editor.window, arrow.center());
 }
 
-QPoint FormMap::row(int index) const
+QPoint FormMap::layerRow(int row) const
 {
-    const auto *list = qobject_cast<QListWidget *>(find("layerList"));
-    const QRect first = list->visualItemRect(list->item(0));
-    return list->viewport()->mapTo(&m_window, first.center() + QPoint(0, index * first.height()));
+    const QListWidget &list = *m_editor.layerList();
+    const QRect first = list.visualItemRect(list.item(0));
+    return list.viewport()->mapTo(&m_editor.window, first.center() + QPoint(0, row * first.height()));
+}
+
+QRect FormMap::blackPreview() const
+{
+    return rect(*m_editor.preview()) & rect(*m_editor.control<QLabel>("referenceLabel"_L1));
 }

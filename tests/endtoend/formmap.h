@@ -1,28 +1,28 @@
 #ifndef FORMMAP_H
 #define FORMMAP_H
 
-#include <QRect>
-#include <QWidget>
+#include "support/editor.h"
 
-/// Where the controls of a window lie, known from a second form of the same size that is never shown.
+#include <QRect>
+
+/// The positions of the controls in the program's window. They are those of a second window with the same
+/// size, which is never on the screen.
 class FormMap
 {
 public:
     explicit FormMap(QSize size);
 
-    /// A control's rectangle within the window; the preview's by the name "preview".
-    [[nodiscard]] QRect rect(const char *control) const;
-    /// A place on a control that a click takes for it.
-    [[nodiscard]] QPoint target(const char *control) const;
-    /// The up arrow of a spin box.
-    [[nodiscard]] QPoint upArrow(const char *spinBox) const;
-    /// A row of the layer list.
-    [[nodiscard]] QPoint row(int index) const;
+    [[nodiscard]] QRect rect(const QWidget &widget) const;
+    /// A point of a control where a click activates it.
+    [[nodiscard]] QPoint target(const QString &control) const;
+    [[nodiscard]] QPoint upArrow(const QString &spinBox) const;
+    [[nodiscard]] QPoint layerRow(int row) const;
+    /// The part of the preview with the black backdrop, which may be a pixel off the preview.
+    [[nodiscard]] QRect blackPreview() const;
+    [[nodiscard]] const Editor &editor() const { return m_editor; }
 
 private:
-    [[nodiscard]] QWidget *find(const char *control) const;
-
-    QWidget m_window;
+    Editor m_editor;
 };
 
 #endif
