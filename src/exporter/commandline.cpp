@@ -35,9 +35,11 @@ struct OptionDefinitions
 {
     // Not QCommandLineParser::addHelpOption(), which adds --help-all for options of Qt itself.
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
+    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
+                               QStringLiteral("Show the version.")};
     QCommandLineOption formats{{QStringLiteral("f"), QStringLiteral("formats")},
-                               QStringLiteral("What to write, separated by commas: %1. csv is the keyframe "
-                                              "table, gauge the current form of the gauge file. "
+                               QStringLiteral("The formats to write, separated by commas: %1. csv is the "
+                                              "keyframe table, gauge a gauge file in the current form. "
                                               "Default: png.")
                                    .arg(formatList()),
                                QStringLiteral("list")};
@@ -45,14 +47,15 @@ struct OptionDefinitions
                               QStringLiteral("Write to this folder, which is created if it is missing. "
                                              "Default: the folder of each gauge."),
                               QStringLiteral("folder")};
-    QCommandLineOption to{QStringLiteral("to"),
-                          QStringLiteral("Write the only file that is made to this name. Its suffix sets the "
-                                         "format unless --formats is given; png without a suffix."),
-                          QStringLiteral("file")};
+    QCommandLineOption to{
+        QStringLiteral("to"),
+        QStringLiteral("The name of the output file, for one gauge in one format and one size. "
+                       "Its suffix sets the format unless --formats is given."),
+        QStringLiteral("file")};
     QCommandLineOption size{
         {QStringLiteral("s"), QStringLiteral("size")},
-        QStringLiteral("The side of the pictures in pixels, from %1 to %2. Separate several "
-                       "by commas. Default: 512.")
+        QStringLiteral("The width and height of the pictures in pixels, from %1 to %2. Separate "
+                       "several sizes by commas. Default: 512.")
             .arg(minSize)
             .arg(maxSize),
         QStringLiteral("pixels")};
@@ -71,7 +74,8 @@ struct OptionDefinitions
         QStringLiteral("text-as-paths"),
         QStringLiteral("Draw the labels of SVG and PDF pictures as paths, which need no font.")};
     QCommandLineOption mm{QStringLiteral("mm"),
-                          QStringLiteral("The true side of the pictures in millimetres, from %1 to %2.")
+                          QStringLiteral("The printed width and height of the pictures in millimetres, from "
+                                         "%1 to %2.")
                               .arg(minSide)
                               .arg(maxSide),
                           QStringLiteral("length")};
@@ -88,19 +92,19 @@ struct OptionDefinitions
             .arg(defaultCompression),
         QStringLiteral("level")};
     QCommandLineOption jobs{{QStringLiteral("j"), QStringLiteral("jobs")},
-                            QStringLiteral("The number of gauges to work on at a time, up to %1. "
+                            QStringLiteral("The number of gauges to export at the same time, up to %1. "
                                            "Default: one per core.")
                                 .arg(maxJobs),
                             QStringLiteral("count")};
     QCommandLineOption overwrite{QStringLiteral("overwrite"), QStringLiteral("Replace files that exist.")};
     QCommandLineOption keep{QStringLiteral("keep"),
-                            QStringLiteral("Keep files that exist. This is not a failure.")};
+                            QStringLiteral("Keep files that exist. This is not an error.")};
     QCommandLineOption dryRun{
         QStringLiteral("dry-run"),
         QStringLiteral("Read and check the gauges and print the names of the files that "
                        "would be written, but write nothing.")};
     QCommandLineOption quiet{{QStringLiteral("q"), QStringLiteral("quiet")},
-                             QStringLiteral("Print failures only.")};
+                             QStringLiteral("Print only errors.")};
     QCommandLineOption tickLimit{
         QStringLiteral("tick-limit"),
         QStringLiteral("Refuse a gauge with more ticks and arcs than this. Default: %1.")
@@ -159,7 +163,9 @@ private:
         if (m_error.isEmpty())
             m_error = reason;
     }
-    void refuseValue(const QCommandLineOption &option);
+    /// Refuses the value of an option. @a expected describes the valid values.
+    void refuseValue(const QCommandLineOption &option, const QString &expected);
+    void refuseCount(const QCommandLineOption &option, quint64 minCount, quint64 maxCount);
 
     void readFormats();
     void readSizes();
@@ -187,7 +193,7 @@ void OptionsReader::addFormat(const QString &name)
 {
     const ExportFormat *format = findExportFormat(name);
     if (format == nullptr)
-        refuse(QStringLiteral("\"%1\" is not a format; it may be %2").arg(name, formatList()));
+        refuse(QStringLiteral("\"%1\" is not a format; it must be %2").arg(name, formatList()));
     else
         appendOnce(m_options.formats, format);
 }
@@ -207,7 +213,7 @@ void OptionsReader::readFormats()
 void OptionsReader::checkSize(double size)
 {
     if (size < minSize || size > maxSize)
-        refuse(QStringLiteral("the size must lie from %1 to %2 pixels").arg(minSize).arg(maxSize));
+        refuse(QStringLiteral("the size must be from %1 to %2 pixels").arg(minSize).arg(maxSize));
 }
 
 void OptionsReader::readSizes()
@@ -219,16 +225,21 @@ void OptionsReader::readSizes()
         bool isNumber = false;
         const int size = text.toInt(&isNumber);
         if (!isNumber)
-            refuse(QStringLiteral("\"%1\" is not a size").arg(text));
+            refuse(QStringLiteral("\"%1\" is not a size; it must be a whole number of pixels").arg(text));
         checkSize(size);
         appendOnce(m_options.sizes, size);
     }
 }
 
-void OptionsReader::refuseValue(const QCommandLineOption &option)
+void OptionsReader::refuseValue(const QCommandLineOption &option, const QString &expected)
 {
-    refuse(QStringLiteral("\"%1\" is not a value for --%2")
-               .arg(m_parser.value(option), option.names().constLast()));
+    refuse(QStringLiteral("\"%1\" is not a value for --%2; it must be %3")
+               .arg(m_parser.value(option), option.names().constLast(), expected));
+}
+
+void OptionsReader::refuseCount(const QCommandLineOption &option, quint64 minCount, quint64 maxCount)
+{
+    refuseValue(option, QStringLiteral("a whole number from %1 to %2").arg(minCount).arg(maxCount));
 }
 
 double OptionsReader::readLength(const QCommandLineOption &option)
@@ -238,7 +249,7 @@ double OptionsReader::readLength(const QCommandLineOption &option)
     bool isNumber = false;
     const double length = m_parser.value(option).toDouble(&isNumber);
     if (!isNumber || !(length > 0.0) || !std::isfinite(length))
-        refuseValue(option);
+        refuseValue(option, QStringLiteral("a number above 0"));
     return length;
 }
 
@@ -250,7 +261,7 @@ Number OptionsReader::readCount(const QCommandLineOption &option, Number default
     bool isNumber = false;
     const quint64 count = m_parser.value(option).toULongLong(&isNumber);
     if (!isNumber || count < 1 || count > static_cast<quint64>(maxCount)) {
-        refuseValue(option);
+        refuseCount(option, 1, static_cast<quint64>(maxCount));
         return defaultCount;
     }
     return static_cast<Number>(count);
@@ -270,11 +281,9 @@ void OptionsReader::readDimensions()
         m_options.sizes = {static_cast<int>(std::clamp<double>(size, minSize, maxSize))};
     }
     for (const int size : std::as_const(m_options.sizes)) {
-        const double side = m_options.trueSide(size);
+        const double side = m_options.printedSize(size);
         if (side != 0.0 && (side < minSide || side > maxSide)) {
-            refuse(QStringLiteral("the true side of the pictures must lie from %1 to %2 mm")
-                       .arg(minSide)
-                       .arg(maxSide));
+            refuse(QStringLiteral("the printed size must be from %1 to %2 mm").arg(minSide).arg(maxSide));
         }
     }
 }
@@ -293,23 +302,26 @@ void OptionsReader::readNameTemplate()
     QString rest = text;
     rest.remove(QLatin1String("{name}")).remove(QLatin1String("{size}"));
     if (rest.contains(QLatin1Char('{')) || rest.contains(QLatin1Char('}')))
-        refuse(QStringLiteral("\"%1\" is not a name template").arg(text));
+        refuse(QStringLiteral("\"%1\" is not a name template; only {name} and {size} can be in braces")
+                   .arg(text));
     for (const QString &part : text.split(QLatin1Char('/'))) {
         if (part.isEmpty() || part == QLatin1String(".") || part == QLatin1String(".."))
-            refuse(QStringLiteral("\"%1\" is not a name template").arg(text));
+            refuse(QStringLiteral(
+                       "\"%1\" is not a name template; it must be the path of a file below the output folder")
+                       .arg(text));
     }
 
     if (hasSize && !std::ranges::all_of(m_options.formats, &ExportFormat::isPicture))
-        refuse(QStringLiteral("csv and gauge files have no size; the name template cannot hold {size}"));
+        refuse(QStringLiteral("csv and gauge files have no size; the name template cannot contain {size}"));
     if (!hasSize && makesPictures() && m_options.sizes.size() > 1)
-        refuse(QStringLiteral("the name template must hold {size} when there are several sizes"));
+        refuse(QStringLiteral("the name template must contain {size} when there are several sizes"));
 }
 
 void OptionsReader::readFiles()
 {
     m_options.files = m_parser.positionalArguments();
     if (m_options.files.isEmpty())
-        refuse(QStringLiteral("no gauge file is named"));
+        refuse(QStringLiteral("no gauge file is given"));
     if (m_options.files.contains(QString()))
         refuse(QStringLiteral("a file has an empty name"));
     m_options.outputFolder = m_parser.value(m_definitions.output);
@@ -335,9 +347,9 @@ void OptionsReader::readOutputFile()
     if (m_options.outputFile.isEmpty() || m_options.outputFile == QLatin1String("-"))
         refuse(QStringLiteral("--to needs the name of a file"));
     if (m_options.files.size() > 1 || !makesOneFile())
-        refuse(QStringLiteral("--to takes one gauge in one format and one size"));
+        refuse(QStringLiteral("--to needs one gauge, one format and one size"));
     if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate))
-        refuse(QStringLiteral("--to says the whole name; --output and --name-template cannot be given too"));
+        refuse(QStringLiteral("--to gives the whole name; --output and --name-template cannot be given too"));
 }
 
 void OptionsReader::readStandardInput()
@@ -366,7 +378,7 @@ void OptionsReader::readOtherOptions()
     const bool overwrite = m_parser.isSet(m_definitions.overwrite);
     const bool keep = m_parser.isSet(m_definitions.keep);
     if (overwrite && keep)
-        refuse(QStringLiteral("--overwrite and --keep exclude each other"));
+        refuse(QStringLiteral("--overwrite and --keep cannot be given together"));
     if (overwrite)
         m_options.existing = ExistingFile::Overwrite;
     else if (keep)
@@ -376,7 +388,7 @@ void OptionsReader::readOtherOptions()
         bool isNumber = false;
         m_options.compression = m_parser.value(m_definitions.compression).toInt(&isNumber);
         if (!isNumber || m_options.compression < 0 || m_options.compression > maxCompression)
-            refuseValue(m_definitions.compression);
+            refuseCount(m_definitions.compression, 0, maxCompression);
     }
     m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), maxJobs);
     m_options.tickLimit =
@@ -406,12 +418,11 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
         QStringLiteral("Writes gauges as pictures, keyframe tables or gauge files, without a window."));
     parser.addPositionalArgument(
         QStringLiteral("FILE..."),
-        QStringLiteral("Gauge files, of the current or the older form. A single - reads standard input and "
-                       "writes standard output."),
+        QStringLiteral("Gauge files, in the current or the older form. A single - reads one gauge from "
+                       "standard input and writes to standard output."),
         QStringLiteral("FILE..."));
-    const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions({definitions.help, definitions.formats, definitions.output, definitions.to,
-                       definitions.size, definitions.nameTemplate, definitions.layers,
+    parser.addOptions({definitions.help, definitions.version, definitions.formats, definitions.output,
+                       definitions.to, definitions.size, definitions.nameTemplate, definitions.layers,
                        definitions.textAsPaths, definitions.mm, definitions.dpi, definitions.compression,
                        definitions.jobs, definitions.overwrite, definitions.keep, definitions.dryRun,
                        definitions.quiet, definitions.tickLimit, definitions.inputLimit});
@@ -424,7 +435,7 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
         return wrongUsage(parser.errorText());
     if (parser.isSet(definitions.help))
         return {CommandLine::Outcome::ShowText, parser.helpText(), {}};
-    if (parser.isSet(version)) {
+    if (parser.isSet(definitions.version)) {
         const QString text = QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
                                                            QCoreApplication::applicationVersion());
         return {CommandLine::Outcome::ShowText, text, {}};

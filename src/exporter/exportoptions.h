@@ -28,8 +28,8 @@ struct ExportOptions
     QString otherNames = QStringLiteral("{name}");
     QStringList layers;                   ///< The layers to export, by name or number. Empty: all.
     bool textAsPaths = false;             ///< Draw labels as paths.
-    double millimetres = 0.0;             ///< The true side of the pictures. 0: from the density.
-    double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the true side.
+    double millimetres = 0.0;             ///< The printed size of the pictures. 0: from the density.
+    double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the printed size.
     int compression = defaultCompression; ///< Of PNG files, from 0 to maxCompression.
     int jobs = 1;                         ///< The number of gauges to work on at a time.
     ExistingFile existing = ExistingFile::Refuse;
@@ -40,8 +40,8 @@ struct ExportOptions
 
     [[nodiscard]] bool readsStandardInput() const { return files == QStringList{QStringLiteral("-")}; }
 
-    /// The true side in millimetres of a picture of @a size pixels. 0 when it is not set.
-    [[nodiscard]] double trueSide(int size) const
+    /// The printed size in millimetres of a picture of @a size pixels. 0 when it is not set.
+    [[nodiscard]] double printedSize(int size) const
     {
         if (millimetres > 0.0)
             return millimetres;

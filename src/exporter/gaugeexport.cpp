@@ -124,7 +124,7 @@ QString makeOutput(const Output &output, const QList<gaugeLayer> &layers, const 
     constexpr qsizetype maxSize = 1024 * 1024 * 1024;
     const QString name = QLatin1String(output.format->name);
     const QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
-    const PictureStyle style{.millimetres = options.trueSide(output.size),
+    const PictureStyle style{.millimetres = options.printedSize(output.size),
                              .textAsPaths = options.textAsPaths};
     if (output.format->estimatedSize != nullptr) {
         const double size = output.format->estimatedSize(layers, style);

@@ -85,6 +85,8 @@ QString checkOlderForm(const QString &text)
 QString readInputFile(const QString &path, qint64 maxSize, QByteArray &bytes)
 {
     const QFileInfo info(path);
+    if (info.isDir())
+        return QStringLiteral("It is a folder.");
     if (info.exists() && !info.isFile())
         return QStringLiteral("It is not a regular file.");
     if (info.size() > maxSize * bytesPerMiB)

@@ -123,9 +123,9 @@ QString writeNewFile(QFile &file, const QByteArray &bytes)
     return file.error() == QFileDevice::NoError ? QString() : file.errorString();
 }
 
-QString existsAlready(const QString &path)
+QString alreadyExists(const QString &path)
 {
-    return QStringLiteral("%1 exists already (--overwrite replaces it, --keep keeps it).").arg(path);
+    return QStringLiteral("%1 already exists (--overwrite replaces it, --keep keeps it).").arg(path);
 }
 
 /// Writes a file beside the target and gives it the target's name at the end.
@@ -151,7 +151,7 @@ WriteResult writeViaTemporaryFile(const QString &path, const QByteArray &bytes, 
     temporary.remove();
     if (error != EEXIST)
         return {false, QStringLiteral("%1: %2").arg(path, systemError(error))};
-    return {false, existing == ExistingFile::Keep ? QString() : existsAlready(path)};
+    return {false, existing == ExistingFile::Keep ? QString() : alreadyExists(path)};
 }
 
 } // namespace
@@ -182,10 +182,12 @@ WriteResult checkOutputFile(const QString &path, ExistingFile existing)
         return {true, {}};
     if (existing == ExistingFile::Keep)
         return {};
-    if (existing == ExistingFile::Refuse)
-        return {false, existsAlready(path)};
+    if (target == Target::RegularFile && existing == ExistingFile::Refuse)
+        return {false, alreadyExists(path)};
     if (target == Target::RegularFile)
         return {true, {}};
+    if (QFileInfo(path).isDir())
+        return {false, QStringLiteral("%1 is a folder.").arg(path)};
     const bool isDangling = !QFileInfo::exists(path);
     return {false, isDangling ? QStringLiteral("%1 is a link to a file that does not exist.").arg(path)
                               : QStringLiteral("%1 is not a regular file.").arg(path)};
@@ -213,7 +215,7 @@ WriteResult writeOutputFile(const QString &path, const QByteArray &bytes, Existi
     std::error_code error;
     std::filesystem::create_directories(QFileInfo(folder).filesystemFilePath(), error);
     if (error) {
-        return {false, QStringLiteral("The folder %1 cannot be made: %2")
+        return {false, QStringLiteral("The folder %1 cannot be created: %2")
                            .arg(folder, QString::fromStdString(error.message()))};
     }
     return writeViaTemporaryFile(path, bytes, false, existing);

@@ -20,7 +20,7 @@ struct WriteResult
     QString reason; ///< Why not. Empty when it was written or an existing file was kept.
 };
 
-/// What writeOutputFile() would do to a file that exists already, without doing it. Returns nothing to write
+/// What writeOutputFile() would do to a file that already exists, without doing it. Returns nothing to write
 /// and no reason when the file is kept.
 [[nodiscard]] WriteResult checkOutputFile(const QString &path, ExistingFile existing);
 

@@ -50,7 +50,7 @@ QString checkBaseName(const QString &gaugePath, const ExportOptions &options)
         return {};
     const QString name = QFileInfo(gaugePath).completeBaseName();
     const bool onlyDots = std::ranges::all_of(name, [](QChar character) { return character == u'.'; });
-    return onlyDots ? QStringLiteral("Its name has nothing before the suffix to name files after.")
+    return onlyDots ? QStringLiteral("Its name has nothing before the suffix (--to names the output).")
                     : QString();
 }
 
@@ -64,7 +64,7 @@ QStringList findNameCollisions(const ExportOptions &options)
         for (const Output &output : outputs) {
             const QString other = gaugeOfOutput.value(uniquePath(output.path));
             if (!other.isEmpty() && reason.isEmpty())
-                reason = QStringLiteral("%1 is already made from %2.").arg(output.path, other);
+                reason = QStringLiteral("%1 is already written for %2.").arg(output.path, other);
         }
         reasons.append(reason);
         if (!reason.isEmpty())

@@ -42,55 +42,65 @@ void tst_CommandLine::refusesWrongUsage_data()
             QTest::newRow(arguments.constData()) << arguments << error;
     };
     const auto notAFormat = [](const QString &name) {
-        return u"\"%1\" is not a format; it may be png, svg, pdf, csv or gauge"_s.arg(name);
+        return u"\"%1\" is not a format; it must be png, svg, pdf, csv or gauge"_s.arg(name);
     };
-    rows(u"no gauge file is named"_s, {"-q"});
+    rows(u"no gauge file is given"_s, {"-q"});
     rows(u"a file has an empty name"_s, {"a ''"});
     rows(u"Unknown option 'nonsense'."_s, {"--nonsense a"});
     rows(u"Missing value after '--size'."_s, {"a --size"});
     rows(notAFormat(u"gif"_s), {"-f png,gif a"});
     rows(notAFormat(QString()), {"-f '' a"});
     rows(notAFormat(u"jpg"_s), {"-f jpg a", "--to pic.jpg a", "--to pic.JPG a"});
-    rows(u"the size must lie from 64 to 16384 pixels"_s,
+    rows(u"the size must be from 64 to 16384 pixels"_s,
          {"-s 63 a", "-s 512,16385 a", "--mm 5000 --dpi 300 a", "--mm 10 --dpi 96 a"});
-    rows(u"\"big\" is not a size"_s, {"-s big a"});
-    rows(u"\"\" is not a size"_s, {"-s 64, a"});
+    rows(u"\"big\" is not a size; it must be a whole number of pixels"_s, {"-s big a"});
+    rows(u"\"\" is not a size; it must be a whole number of pixels"_s, {"-s 64, a"});
     for (const char *value : {"wide", "0", "inf", "nan", "-5"}) {
-        rows(u"\"%1\" is not a value for --mm"_s.arg(QLatin1String(value)),
+        rows(u"\"%1\" is not a value for --mm; it must be a number above 0"_s.arg(QLatin1String(value)),
              {QByteArray("--mm ") + value + " a"});
     }
-    rows(u"\"-96\" is not a value for --dpi"_s, {"--dpi -96 a"});
-    rows(u"the true side of the pictures must lie from 1 to 5000 mm"_s,
-         {"--mm 0.9 a", "--mm 5001 a", "--dpi 90000 a"});
+    rows(u"\"-96\" is not a value for --dpi; it must be a number above 0"_s, {"--dpi -96 a"});
+    rows(u"the printed size must be from 1 to 5000 mm"_s, {"--mm 0.9 a", "--mm 5001 a", "--dpi 90000 a"});
     rows(u"--mm and --dpi together give the size; --size cannot be given too"_s,
          {"-s 64 --mm 50 --dpi 96 a"});
-    for (const char *text : {"", "{name}{colour}", "name}", "{name}/", "/{name}", "../{name}", "{name}/..",
-                             "a/../../{name}", ".", "..", "a//b"}) {
-        rows(u"\"%1\" is not a name template"_s.arg(QLatin1String(text)),
+    for (const char *text : {"{name}{colour}", "name}"}) {
+        rows(u"\"%1\" is not a name template; only {name} and {size} can be in braces"_s.arg(
+                 QLatin1String(text)),
+             {QByteArray("-n ") + text + " a"});
+    }
+    for (const char *text :
+         {"", "{name}/", "/{name}", "../{name}", "{name}/..", "a/../../{name}", ".", "..", "a//b"}) {
+        rows(u"\"%1\" is not a name template; it must be the path of a file below the output folder"_s.arg(
+                 QLatin1String(text)),
              {QByteArray("-n ") + (*text == '\0' ? "''" : text) + " a"});
     }
-    rows(u"the name template must hold {size} when there are several sizes"_s, {"-s 64,128 -n {name} a"});
-    rows(u"csv and gauge files have no size; the name template cannot hold {size}"_s, {"-f csv -n {size} a"});
+    rows(u"the name template must contain {size} when there are several sizes"_s, {"-s 64,128 -n {name} a"});
+    rows(u"csv and gauge files have no size; the name template cannot contain {size}"_s,
+         {"-f csv -n {size} a"});
     rows(u"the output folder has an empty name"_s, {"-o '' a"});
-    rows(u"--overwrite and --keep exclude each other"_s, {"--overwrite --keep a"});
+    rows(u"--overwrite and --keep cannot be given together"_s, {"--overwrite --keep a"});
     for (const char *value : {"-1", "10", "best"}) {
-        rows(u"\"%1\" is not a value for --compression"_s.arg(QLatin1String(value)),
+        rows(u"\"%1\" is not a value for --compression; it must be a whole number from 0 to 9"_s.arg(
+                 QLatin1String(value)),
              {QByteArray("--compression ") + value + " a"});
     }
-    rows(u"\"0\" is not a value for --jobs"_s, {"-j 0 a"});
-    rows(u"\"1025\" is not a value for --jobs"_s, {"-j 1025 a"});
-    rows(u"\"0\" is not a value for --tick-limit"_s, {"--tick-limit 0 a"});
-    rows(u"\"18446744073709551616\" is not a value for --tick-limit"_s,
-         {"--tick-limit 18446744073709551616 a"});
-    rows(u"\"1025\" is not a value for --input-limit"_s, {"--input-limit 1025 a"});
+    rows(u"\"0\" is not a value for --jobs; it must be a whole number from 1 to 1024"_s, {"-j 0 a"});
+    rows(u"\"1025\" is not a value for --jobs; it must be a whole number from 1 to 1024"_s, {"-j 1025 a"});
+    rows(u"\"0\" is not a value for --tick-limit; it must be a whole number from 1 to 18446744073709551615"_s,
+         {"--tick-limit 0 a"});
+    rows(
+        u"\"18446744073709551616\" is not a value for --tick-limit; it must be a whole number from 1 to 18446744073709551615"_s,
+        {"--tick-limit 18446744073709551616 a"});
+    rows(u"\"1025\" is not a value for --input-limit; it must be a whole number from 1 to 1024"_s,
+         {"--input-limit 1025 a"});
     rows(u"standard input (-) must be the only file"_s, {"- a"});
     rows(u"standard input (-) is exported in one format and one size"_s, {"-f png,svg -", "-s 64,128 -"});
     rows(u"standard input (-) is written to standard output; it takes no folder or name"_s,
          {"-o out -", "-n {name} -", "--to face.png -"});
     rows(u"--to needs the name of a file"_s, {"--to '' a", "--to - a"});
-    rows(u"--to takes one gauge in one format and one size"_s,
+    rows(u"--to needs one gauge, one format and one size"_s,
          {"--to face a b", "--to face -f png,csv a", "--to face -s 64,128 a"});
-    rows(u"--to says the whole name; --output and --name-template cannot be given too"_s,
+    rows(u"--to gives the whole name; --output and --name-template cannot be given too"_s,
          {"--to face -o out a", "--to face -n {name} a"});
 }
 

@@ -101,7 +101,7 @@ void tst_ExporterFiles::treatsExistingFiles_data()
                         bool replaces = false) {
         QTest::newRow(arguments) << status << out << err << replaces;
     };
-    const QByteArray exists = " exists already (--overwrite replaces it, --keep keeps it).\n";
+    const QByteArray exists = " already exists (--overwrite replaces it, --keep keeps it).\n";
     row("-f csv,svg Dial.gauge", 1, "Dial.svg\n", "Dial.gauge: Dial.csv" + exists);
     row("-f csv --dry-run Dial.gauge", 1, "", "Dial.gauge: Dial.csv" + exists);
     row("-f csv,svg --keep Dial.gauge", 0, "Dial.svg\n");
@@ -110,10 +110,10 @@ void tst_ExporterFiles::treatsExistingFiles_data()
     row("--to Dial.csv --keep Dial.gauge", 0, "");
     row("--to Dial.csv --overwrite Dial.gauge", 0, "Dial.csv\n", {}, true);
     row("-n link -f csv --overwrite Dial.gauge", 0, "link.csv\n", {}, true);
-    row("-f csv --overwrite -o folder Dial.gauge", 1, "",
-        "Dial.gauge: folder/Dial.csv is not a regular file.\n");
+    row("-f csv --overwrite -o folder Dial.gauge", 1, "", "Dial.gauge: folder/Dial.csv is a folder.\n");
+    row("-f csv -o folder Dial.gauge", 1, "", "Dial.gauge: folder/Dial.csv is a folder.\n");
     row("-o Dial.csv/x Dial.gauge", 1, "",
-        "Dial.gauge: The folder Dial.csv/x cannot be made: Not a directory\n");
+        "Dial.gauge: The folder Dial.csv/x cannot be created: Not a directory\n");
 }
 
 void tst_ExporterFiles::treatsExistingFiles()
@@ -158,7 +158,7 @@ void tst_ExporterFiles::reportsFailures_data()
         "Many.gauge: There is no layer \"Needle\". The layers are " + many + "and 5 more.\n");
     for (const char *name : {"..gauge", ".gauge", "a/...gauge"}) {
         row(words(name),
-            name + QByteArray(": Its name has nothing before the suffix to name files after.\n"));
+            name + QByteArray(": Its name has nothing before the suffix (--to names the output).\n"));
     }
 }
 
@@ -188,7 +188,7 @@ void tst_ExporterFiles::exportsTheOtherGauges()
     QCOMPARE(result.status, 1);
     QCOMPARE(result.out, QByteArray("Dial.svg\nLast.svg\n"));
     QCOMPARE(result.err, QByteArray("Gone.gauge: No such file or directory\nBad.gauge: unterminated object\n"
-                                    ".: Its name has nothing before the suffix to name files after.\n"));
+                                    ".: Its name has nothing before the suffix (--to names the output).\n"));
 }
 
 void tst_ExporterFiles::reportsOneLineForEachGauge()
@@ -204,13 +204,13 @@ void tst_ExporterFiles::refusesGaugesWhoseFilesHaveTheSameName_data()
     QTest::addColumn<QByteArray>("err");
     QTest::newRow("-j1 -f csv -o out Dial.gauge a/Dial.gauge")
         << QByteArray("out/Dial.csv\n")
-        << QByteArray("a/Dial.gauge: out/Dial.csv is already made from Dial.gauge.\n");
+        << QByteArray("a/Dial.gauge: out/Dial.csv is already written for Dial.gauge.\n");
     QTest::newRow("-j1 --size 128,1128 -n {name}{size} a.gauge a1.gauge")
         << QByteArray("a128.png\na1128.png\n")
-        << QByteArray("a1.gauge: a1128.png is already made from a.gauge.\n");
+        << QByteArray("a1.gauge: a1128.png is already written for a.gauge.\n");
     QTest::newRow("-j1 -f csv a/Dial.gauge link/Dial.gauge")
         << QByteArray("a/Dial.csv\n")
-        << QByteArray("link/Dial.gauge: link/Dial.csv is already made from a/Dial.gauge.\n");
+        << QByteArray("link/Dial.gauge: link/Dial.csv is already written for a/Dial.gauge.\n");
 }
 
 void tst_ExporterFiles::refusesGaugesWhoseFilesHaveTheSameName()
@@ -230,8 +230,8 @@ void tst_ExporterFiles::showsVersionAndUsageErrors()
 {
     QCOMPARE(run("--version").out, QByteArray("corvalence-export " CORVALENCE_VERSION "\n"));
     const ExporterRun result = run({u"-s"_s, u"\x1b[31m"_s, u"Dial.gauge"_s});
-    QCOMPARE(result.err,
-             QByteArray("corvalence-export: \"?[31m\" is not a size\nSee corvalence-export --help.\n"));
+    QCOMPARE(result.err, QByteArray("corvalence-export: \"?[31m\" is not a size; it must be a whole number "
+                                    "of pixels\nSee corvalence-export --help.\n"));
     QCOMPARE(result.status, 2);
 }
 

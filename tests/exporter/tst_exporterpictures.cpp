@@ -194,7 +194,7 @@ void tst_ExporterPictures::drawsAtTheTrueSize_data()
     QTest::addColumn<double>("points"); // side of the drawing, 72 to the inch
     QTest::newRow("512 pixels of 1/96 inch") << QStringList{} << 384.0;
     QTest::newRow("1024 pixels of 1/96 inch") << QStringList{u"-s"_s, u"1024"_s} << 768.0;
-    QTest::newRow("a true side") << QStringList{u"-s"_s, u"1024"_s, u"--mm"_s, u"127"_s} << 360.0;
+    QTest::newRow("a printed size") << QStringList{u"-s"_s, u"1024"_s, u"--mm"_s, u"127"_s} << 360.0;
     QTest::newRow("a side that is not whole points")
         << QStringList{u"-s"_s, u"1024"_s, u"--mm"_s, u"80.5"_s} << 80.5 / 25.4 * 72.0;
 }

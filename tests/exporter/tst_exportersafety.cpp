@@ -425,7 +425,7 @@ void tst_ExporterSafety::limitsInput()
             "/proc/self/mem");
     const QByteArray tooLarge = ": It is larger than 1 MiB (--input-limit raises this).\n";
     QCOMPARE(result.err, "fifo: It is not a regular file.\n/dev/zero: It is not a regular file.\n"
-                         "folder.x: It is not a regular file.\nsparse" +
+                         "folder.x: It is a folder.\nsparse" +
                              tooLarge + "wide" + tooLarge + "/proc/self/mem: Input/output error\n");
     QCOMPARE(result.status, 1);
     QCOMPARE(run("-q -f csv -o out wide").status, 0);
