@@ -205,7 +205,8 @@ void tst_UpdateNetwork::reportsAFailureOnlyWhenAsked()
     QCOMPARE(answers.problems(), QStringList());
     // Nothing was requested without trust or encryption.
     QCOMPARE(m_server->requests().size(), certificate == DownloadServer::Certificate::Trusted ? 2 : 0);
-    QCOMPARE(m_server->proxyRequests().size(), 2);
+    // Qt may open a spare connection, depending on timing.
+    QVERIFY(m_server->proxyRequests().size() >= 2);
 }
 
 void tst_UpdateNetwork::timesOutWhenTheBodyStalls()
