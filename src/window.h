@@ -17,11 +17,11 @@ class QListWidgetItem;
 class QNetworkAccessManager;
 class RenderArea;
 
-/// The editor: the one top-level window. It binds the form's controls to the active layer, keeps the layer
-/// list and the preview's stack in step, and reads and writes the files that the user picks.
+/// The editor's only top-level window. It connects the form's controls with the active layer, and reads and
+/// writes the files that the user picks.
 ///
-/// The active layer is the current row of the layer list. The list and the stack always have the same length
-/// and order.
+/// The active layer is the current row of the layer list. The list and the preview's stack of layers always
+/// have the same length and order.
 class Window : public QWidget
 {
     Q_OBJECT
@@ -37,8 +37,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
-    // Controls to the active layer: each reads its group's controls, hands the values to the preview's
-    // working copy and saves that into the active row.
+    // Each of these slots copies the controls of its group to the preview's working copy, and the working
+    // copy to the active layer.
     void angleChanged();
     void capsChanged();
     void divisions1Changed();
@@ -48,7 +48,7 @@ private Q_SLOTS:
     void arc2Changed();
     void arc3Changed();
     void arc4Changed();
-    // A colour button pressed: asks for the colour. A cancelled dialog makes the element black.
+    // The slots of the colour buttons ask for a colour. Cancelling makes the element black.
     void divisions1ColorChanged();
     void divisions2ColorChanged();
     void divisions3ColorChanged();
@@ -58,7 +58,7 @@ private Q_SLOTS:
     void arc4ColorChanged();
     void tickSettingsChanged();
     void tickDecimalsChanged();
-    // Files. A cancelled dialog does nothing.
+    // Slots that ask for a file do nothing if the dialog is cancelled.
     void saveSVG();
     void savePNG();
     void saveGauge();
@@ -68,14 +68,14 @@ private Q_SLOTS:
     void tickFontButton();
     void tickColorChanged();
     void presetChanged();
-    /// Shows the preview's working copy in all controls, without one of them reporting a change.
+    /// Shows the preview's working copy in all controls. The controls emit no signals.
     void setActiveGauge();
-    /// Asks for a colour. Invalid when the user cancels.
+    /// Asks for a colour. Returns an invalid colour if the user cancels.
     QColor getColor();
-    /// Asks for a font, starting at the one of the font button, which is also the answer when the user
+    /// Asks for a font. The dialog starts with the font of the font button, and returns it if the user
     /// cancels.
     QFont getFont();
-    /// Blocks, or unblocks, the signals of every control that is bound to the layer.
+    /// Blocks or unblocks the signals of all controls of the active layer.
     void blockWidgetSignals(bool inEnable);
     void layerChanged(QListWidgetItem *current, QListWidgetItem *previous);
     void layerRenamed(QListWidgetItem *item);
@@ -83,10 +83,10 @@ private Q_SLOTS:
     void removeLayer();
     void loadReference();
     void clearReference();
-    /// Fills the preset list from the presets folder, in the folder's own order.
+    /// Fills the preset list with the files of the presets folder, unsorted.
     void getPresetsFromFolder();
-    /// Tells the user what came of an update check: always when a newer version is out, of anything else only
-    /// when the user had asked.
+    /// Tells the user the result of an update check: a newer version always, anything else only if the user
+    /// asked for the check.
     void onUpdateCheckFinished(QNetworkReply *reply);
 
 private:
@@ -131,43 +131,43 @@ private:
     void saveActiveLayer();
 
     // Layers.
-    /// Appends a row; the caller keeps the stack in step.
+    /// Appends a row. The caller appends the layer to the stack.
     void addLayerItem(const QString &name);
-    /// Gives a row its name, both the shown and the last accepted one.
+    /// Sets the shown name and the last accepted name of a row.
     void setLayerItemName(QListWidgetItem *item, const QString &name);
-    /// The stack with its names, bottom layer first, the latest edits included.
+    /// All layers with their names, bottom layer first, including the latest edits.
     [[nodiscard]] QList<gaugeLayer> collectLayers() const;
-    /// Loads a row of the stack into the working copy and the controls.
+    /// Loads a layer into the working copy and the controls.
     void showLayer(int row);
 
     // Documents.
     enum class LoadMode { Append, Overwrite, Cancel };
-    /// Asks whether a loaded gauge comes beside the active layer or over it.
+    /// Asks whether to append a loaded gauge or to overwrite the active layer.
     [[nodiscard]] LoadMode askForLoadMode();
-    /// Asks for a file and writes the layers into it; tells the user when it cannot be opened.
+    /// Asks for a file and writes the layers to it. Shows a message if it cannot be opened.
     void saveLayersToFile(const QList<gaugeLayer> &gaugeLayers, const QString &title,
                           const QString &directory);
-    /// Reads a gauge file and adds its layers; tells the user when it cannot be opened or read.
+    /// Reads a gauge file and adds its layers. Shows a message if it cannot be opened or is not valid.
     void loadGaugeFile(const QString &path);
-    /// Appends loaded layers, or overwrites the active layer with the first of them and appends the rest.
-    /// @a baseName names a single layer that has no name of its own.
+    /// Appends loaded layers, or overwrites the active layer with the first and appends the others.
+    /// @a baseName is the name of a single layer without a name.
     void applyLoadedLayers(const QList<gaugeLayer> &gaugeLayers, const QString &baseName);
     [[nodiscard]] QString presetsDirectory() const;
-    /// Asks where to save. Empty when the user cancels.
+    /// Asks for the file to save to. Returns an empty string if the user cancels.
     [[nodiscard]] QString askForSaveFile(const QString &title, const QString &filter, const QString &suffix,
                                          const QString &directory);
     void showCannotOpen(const QString &reason);
-    /// The folder that presets lie under, and the one that file dialogs start in, for a program that lies in
-    /// @a path: the one place where a platform maps them to other folders.
+    // The parent of the presets folder, and the folder in which file dialogs start. Both are @a path, the
+    // program's folder. Ports to platforms with other conventions change these functions.
     [[nodiscard]] static QString dataDirectory(const QString &path);
     [[nodiscard]] static QString documentDirectory(const QString &path);
-    /// The place for a platform whose presets folder starts empty to fill it.
+    /// Does nothing. Ports to platforms on which the presets folder is empty at first can fill it here.
     void seedBundledPresets();
 
     // Updates.
-    /// Sends the request; the answer comes to onUpdateCheckFinished().
+    /// Requests the version description. onUpdateCheckFinished() receives the reply.
     void checkForUpdates();
-    /// A check that the user asked for.
+    /// Starts a check for which the user asked.
     void checkForUpdatesButton();
     void offerUpdate(const QString &version, const QString &notes, const QString &downloadUrl);
 

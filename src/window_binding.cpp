@@ -1,4 +1,4 @@
-// The two ways between the controls and the active layer.
+// Copies values from the controls to the active layer and back.
 
 #include "window.h"
 
@@ -9,21 +9,21 @@
 
 namespace {
 
-/// Shows a colour on a widget. The lone closing brace is the established form of this style sheet.
+/// Shows a colour as a widget's background. The closing brace without an opening one is required.
 void setStyleColor(QWidget *widget, const QColor &color)
 {
     widget->setStyleSheet(QLatin1String("background-color: ") + color.name() + QLatin1Char('}'));
 }
 
-/// Gives a colour button its colour, which a screen reader is told as the button's description.
+/// Sets the colour of a colour button. Screen readers speak its name.
 void setButtonColor(QToolButton *button, const QColor &color)
 {
     setStyleColor(button, color);
     button->setAccessibleDescription(color.name());
 }
 
-/// The colour that a button holds. A style sheet reaches the palette when the widget is polished, which for a
-/// window that was never shown has not happened yet.
+/// The colour of a button. The style sheet changes the palette only when the widget is polished, which in a
+/// new window has not happened yet.
 QColor styleColor(const QWidget *button)
 {
     button->ensurePolished();
@@ -68,8 +68,8 @@ void Window::pushInitialValues()
     setButtonColor(ui.arc4ColorButton, Qt::white);
     pushArc(3, Qt::white);
 
-    // The font goes to the layer alone: the font button keeps the application's, and the first edit of a
-    // label control takes that one over.
+    // Only the layer gets this font. The font button keeps the application's font, which the first edit of a
+    // label control stores in the layer.
     setButtonColor(ui.tickColorButton, Qt::white);
     pushTickCounts(QFont(QStringLiteral("Sans Serif"), 10), Qt::white);
 
@@ -257,7 +257,7 @@ QColor Window::getColor()
 
 QFont Window::getFont()
 {
-    bool ok = false; // not looked at: on cancel the answer is the initial font
+    bool ok = false; // not used: a cancelled dialog returns the initial font
     return QFontDialog::getFont(&ok, ui.tickCountFontButton->font(), this, QString());
 }
 
@@ -323,7 +323,7 @@ void Window::setActiveGauge()
 
     ui.tickCountRadiusSpinBox->setValue(layer.tickCountRadius);
     ui.tickCountDecimalPlacesSpinBox->setValue(layer.tickCountDecimalPlaces);
-    // Before the values are written, which would otherwise be rounded to the previous layer's decimals.
+    // Before the values, which would otherwise be rounded to the decimals of the previous layer.
     ui.tickCountStartSpinBox->setDecimals(layer.tickCountDecimalPlaces);
     ui.tickCountIncrementSpinBox->setDecimals(layer.tickCountDecimalPlaces);
     ui.tickCountStartSpinBox->setValue(layer.tickCountStart);

@@ -1,4 +1,4 @@
-// What leaves the editor besides its own files: pictures and the keyframe table.
+// Exports: PNG, SVG and the keyframe table.
 
 #include "window.h"
 
@@ -13,7 +13,7 @@ void Window::savePNG()
     const QString fileName =
         askForSaveFile(tr("Save PNG"), tr("PNG file (*.png)"), QStringLiteral("png"), documentDir);
     QFile file(fileName);
-    // A picture that cannot be written is not written, without a word.
+    // Write failures are silent by design.
     if (!fileName.isEmpty() && file.open(QIODevice::WriteOnly))
         writePng(file, ui.pngSizeSpinBox->value(), renderArea->layers);
 }

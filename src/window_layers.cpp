@@ -1,4 +1,4 @@
-// The layer list: one row a layer, in step with the preview's stack.
+// The layer list. It has one row for each layer of the preview's stack.
 
 #include "window.h"
 
@@ -46,9 +46,9 @@ void Window::addLayer()
 {
     const QString name =
         QInputDialog::getText(this, tr("New Layer"), tr("Layer name:"), QLineEdit::Normal, QString());
-    if (name.isEmpty()) // a cancelled dialog answers so, too
+    if (name.isEmpty()) // also empty on cancel
         return;
-    // The list's signals stay on: the new row passes through layerRenamed(), which trims the name.
+    // Not blocked: itemChanged() makes layerRenamed() trim the name.
     addLayerItem(name);
     renderArea->layers.append(renderArea->defaultGauge());
     renderArea->manualRedraw();
@@ -65,7 +65,7 @@ void Window::removeLayer()
     if (row < 0)
         return;
 
-    // With signals off layerChanged() does not run, which would write the removed layer over its neighbour.
+    // Otherwise layerChanged() would store the working copy of the removed layer in another row.
     ui.layerList->blockSignals(true);
     delete ui.layerList->takeItem(row);
     renderArea->layers.removeAt(row);

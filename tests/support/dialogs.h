@@ -10,12 +10,10 @@
 
 #include <functional>
 
-/// Answers the modal dialogs that a test brings up, in the order in which they are expected.
+/// Answers modal dialogs in the expected order.
 ///
-/// A dialog runs its own event loop, so what answers it must be set up before: expect() names the dialog's
-/// type and what to do with it once it is there. Each answer must close its dialog. A dialog that nobody
-/// expects is closed and noted, so that a test never hangs; problems() tells whether exactly the expected
-/// ones came.
+/// Since a dialog runs its own event loop, expect() must be called before the dialog opens. An answer must
+/// close its dialog. Unexpected dialogs are closed, so that a test never hangs; problems() reports them.
 class DialogAnswers : public QObject
 {
     Q_OBJECT
@@ -23,7 +21,7 @@ class DialogAnswers : public QObject
 public:
     DialogAnswers();
 
-    /// Expects a dialog of type Dialog next and hands it to @a answer.
+    /// Expects a dialog of this type next and calls @a answer with it.
     template <typename Dialog>
     void expect(std::function<void(Dialog &)> answer)
     {
@@ -36,23 +34,23 @@ public:
         });
     }
 
-    /// Expects a dialog of type Dialog next and cancels it, as the Escape key does.
+    /// Expects a dialog of this type next and cancels it.
     template <typename Dialog>
     void expectAndCancel()
     {
         expect<Dialog>([](Dialog &dialog) { dialog.reject(); });
     }
 
-    /// Expects a file dialog next, types @a path as the file name and accepts it, overwriting included.
+    /// Expects a file dialog next, enters @a path and accepts it. The dialog does not ask before overwriting.
     void expectFile(const QString &path);
 
-    /// Expects a message next that has this icon, title and text, belongs to @a parent and offers nothing but
-    /// OK, which is pressed. What is different is noted as a problem.
+    /// Expects a message next with this parent, icon, title and text, and with OK as its only button. Presses
+    /// OK. Differences are problems.
     void expectMessage(const QWidget *parent, QMessageBox::Icon icon, const QString &title,
                        const QString &text);
 
-    /// What went wrong: dialogs that nobody expected, of another type, or that never came. Empty when all is
-    /// well; compare it with an empty list at the end of the test.
+    /// Dialogs that were unexpected, had another type or did not open, and wrong messages. Compare it with an
+    /// empty list at the end of the test.
     [[nodiscard]] QStringList problems() const;
 
 private:
