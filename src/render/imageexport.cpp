@@ -20,17 +20,17 @@ namespace {
 
 constexpr double millimetresPerInch = 25.4;
 constexpr double pointsPerInch = 72.0;
-/// What the label fonts are measured by on every device.
+/// The resolution of the editor's display, at which label fonts are measured on every device.
 constexpr int dotsPerInch = 96;
 
-/// A text as it may stand in an attribute: escaped, and without what XML cannot hold.
+/// Escapes a text for an XML attribute and removes the characters that XML does not allow.
 QString inAttribute(QString text)
 {
     text.removeIf([](QChar c) { return c < QLatin1Char(' ') || c == QChar(0xfffe) || c == QChar(0xffff); });
     return text.toHtmlEscaped();
 }
 
-/// The label fonts' families that cannot stand in an attribute as they are, the longest first.
+/// Returns the families of label fonts that need escaping in an attribute, longest first.
 QStringList oddFamilies(const QList<gaugeData> &layers)
 {
     QStringList families;
@@ -49,7 +49,7 @@ QByteArray familyAttribute(const QString &family)
     return "font-family=\"" + family.toUtf8() + '"';
 }
 
-/// The drawing in its own units.
+/// Returns an SVG whose width and height are @a size pixels.
 QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool textAsPaths)
 {
     QBuffer drawing;
@@ -67,7 +67,7 @@ QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool textAsPath
     return drawing.data();
 }
 
-/// Replaces the first value of @a attribute, which the document must hold.
+/// Replaces the first value of @a attribute. The document must contain it.
 void setAttribute(QByteArray &document, const QByteArray &attribute, const QByteArray &value)
 {
     const qsizetype start = document.indexOf(attribute + "=\"") + attribute.size() + 2;
@@ -101,7 +101,7 @@ QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &
     QPainter painter(&image);
     paintGauge(painter, size, layers);
     painter.end();
-    // Only now: what is painted on an image of another density takes its fonts from it.
+    // After painting: the density of an image changes the size of fonts.
     if (style.millimetres > 0.0) {
         const int dotsPerMetre = qRound(size * 1000.0 / style.millimetres);
         image.setDotsPerMeterX(dotsPerMetre);
@@ -120,9 +120,8 @@ bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const
 {
     if (!device.isWritable())
         return false;
-    // Made in memory first: the generator does not tell whether its device took everything. It also writes a
-    // family as it stands, so that a quote or an ampersand in it breaks the drawing, and knows whole pixels
-    // only, while a resolution of its own would change the fonts.
+    // Written to memory first: QSvgGenerator does not report write errors, does not escape font families, and
+    // takes whole pixels only; another resolution would change the size of the fonts.
     QByteArray document = svgInPixels(size, layers, style.textAsPaths);
     for (const QString &family : oddFamilies(layers))
         document.replace(familyAttribute(family), familyAttribute(inAttribute(family)));

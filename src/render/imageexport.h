@@ -7,11 +7,11 @@
 class QIODevice;
 struct gaugeData;
 
-/// What a picture file may say beyond the gauge. The defaults are what the editor writes.
+/// Properties of a picture file besides the gauge. The defaults are those of the editor.
 struct PictureStyle
 {
     double millimetres = 0.0; ///< The printed width and height; 0 leaves it to the format.
-    bool textAsPaths = false; ///< Labels are shapes, so that the drawing needs no font; a PNG never does.
+    bool textAsPaths = false; ///< Draws the labels of SVG and PDF files as paths, which need no font.
 };
 
 /// Returns a square picture of @a size pixels of a stack of layers, on a transparent background, in
@@ -21,17 +21,19 @@ struct PictureStyle
 /// The format matters: Qt blends small labels over transparent pixels differently on premultiplied images.
 [[nodiscard]] QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
-/// Writes the picture to an open device as a PNG. Returns false when it could not be made or written.
+/// Writes gaugeImage() to an open device as a PNG. Returns false when there is not enough memory or the
+/// device does not take it.
 bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
-/// Writes a stack of layers to an open device as an SVG drawing whose width, height and view box are @a size,
-/// but for a printed size, which is then its width and height. Returns false when the device does not take
-/// it.
+/// Writes a stack of layers to an open device as an SVG. Its view box is @a size units wide and high; its
+/// width and height are the printed size or, without one, @a size pixels. Returns false when the device does
+/// not take it.
 bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
-/// Writes a stack of layers to an open device as a PDF of one square page, @a size pixels at 96 to the inch
-/// unless it has a printed size. Lines without a width are as wide as one of these pixels, since the finest
-/// line of a printer is hardly seen. Returns false when the device does not take it.
+/// Writes a stack of layers to an open device as a PDF of one square page. The drawing has the printed size
+/// or, without one, @a size pixels of 1/96 inch. The page is rounded up to whole points; the drawing is in
+/// its upper left corner. Lines without a width are one of these pixels wide, because the finest line of a
+/// printer is hardly visible. Returns false when the device does not take it.
 bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
 #endif

@@ -16,6 +16,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 gaugeData typicalLayer()
@@ -31,7 +33,7 @@ gaugeData typicalLayer()
     return layer;
 }
 
-/// A stack painted straight onto a transparent picture.
+/// Paints a stack on a transparent image.
 QImage painted(const QList<gaugeData> &layers, int size)
 {
     QImage image(size, size, QImage::Format_ARGB32);
@@ -55,7 +57,7 @@ QByteArray svg(const QList<gaugeData> &layers, int size)
     return writeSvg(buffer, size, layers) ? buffer.data() : QByteArray();
 }
 
-/// An SVG's own attribute, or the text of its first element with that name.
+/// Returns an attribute of the root element of an SVG.
 QString svgAttribute(const QByteArray &document, const QString &name)
 {
     QXmlStreamReader reader(document);
@@ -63,6 +65,7 @@ QString svgAttribute(const QByteArray &document, const QString &name)
     return reader.attributes().value(name).toString();
 }
 
+/// Returns the text of an SVG's first element of this name.
 QString svgText(const QByteArray &document, const QString &element)
 {
     QXmlStreamReader reader(document);
@@ -73,19 +76,19 @@ QString svgText(const QByteArray &document, const QString &element)
     return {};
 }
 
-/// The label fonts that an SVG's texts name, in order; empty when it is not well-formed.
+/// Returns the font families of an SVG's texts, in order. Empty when the SVG is not well-formed.
 QStringList textFamilies(const QByteArray &document)
 {
     QXmlStreamReader reader(document);
     QStringList families;
     while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == QLatin1String("text"))
-            families.append(reader.attributes().value(QLatin1String("font-family")).toString());
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == "text"_L1)
+            families.append(reader.attributes().value("font-family"_L1).toString());
     }
     return reader.hasError() ? QStringList() : families;
 }
 
-/// A layer with a single label, in a font of this family.
+/// Returns a layer with one label in a font of this family.
 gaugeData layerLabelledIn(const QString &family)
 {
     gaugeData layer;
@@ -94,7 +97,7 @@ gaugeData layerLabelledIn(const QString &family)
     return layer;
 }
 
-/// A device like a disk without space: it opens, but takes nothing.
+/// A device that opens but takes nothing, like a full disk.
 class FullDevice : public QIODevice
 {
 protected:
@@ -185,7 +188,7 @@ void tst_ImageExport::pngOfNoLayersHoldsOnlyTheDot()
             QVERIFY(QRect(252, 252, 8, 8).contains(x, y));
         }
     }
-    // A disc of diameter 6 with a line of one pixel around it.
+    // A disc 6 pixels wide with a line of one pixel around it.
     QVERIFY(marked >= 28);
 }
 
@@ -201,20 +204,19 @@ void tst_ImageExport::svgHasTheChosenSize()
     QFETCH(const int, size);
     const QByteArray document = svg({typicalLayer()}, size);
     const QString number = QString::number(size);
-    QCOMPARE(svgAttribute(document, QStringLiteral("viewBox")), QStringLiteral("0 0 %1 %1").arg(number));
+    QCOMPARE(svgAttribute(document, u"viewBox"_s), u"0 0 %1 %1"_s.arg(number));
     // Width and height are lengths; at 96 dots per inch a dot is 0.2645833 mm.
-    const QString width = svgAttribute(document, QStringLiteral("width"));
-    QCOMPARE(svgAttribute(document, QStringLiteral("height")), width);
-    QVERIFY(width.endsWith(QLatin1String("mm")));
+    const QString width = svgAttribute(document, u"width"_s);
+    QCOMPARE(svgAttribute(document, u"height"_s), width);
+    QVERIFY(width.endsWith("mm"_L1));
     QVERIFY(qAbs(width.chopped(2).toDouble() - size * 25.4 / 96.0) < 0.01);
 }
 
 void tst_ImageExport::svgIsTitledAndDescribed()
 {
     const QByteArray document = svg({typicalLayer()}, 512);
-    QCOMPARE(svgText(document, QStringLiteral("title")), QStringLiteral("Corvalence 2 Gauge"));
-    QCOMPARE(svgText(document, QStringLiteral("desc")),
-             QStringLiteral("A gauge generated in Corvalence 2Saved to SVG."));
+    QCOMPARE(svgText(document, u"title"_s), u"Corvalence 2 Gauge"_s);
+    QCOMPARE(svgText(document, u"desc"_s), u"A gauge generated in Corvalence 2Saved to SVG."_s);
 }
 
 void tst_ImageExport::svgIsWhatThePainterPaints()
@@ -227,8 +229,8 @@ void tst_ImageExport::svgIsWhatThePainterPaints()
     generator.setSize(QSize(1024, 1024));
     generator.setViewBox(QRect(0, 0, 1024, 1024));
     generator.setResolution(96);
-    generator.setTitle(QStringLiteral("Corvalence 2 Gauge"));
-    generator.setDescription(QStringLiteral("A gauge generated in Corvalence 2Saved to SVG."));
+    generator.setTitle(u"Corvalence 2 Gauge"_s);
+    generator.setDescription(u"A gauge generated in Corvalence 2Saved to SVG."_s);
     QPainter painter(&generator);
     paintGauge(painter, 1024, layers);
     painter.end();
@@ -243,8 +245,8 @@ void tst_ImageExport::svgOfNoLayersHoldsOnlyTheDot()
         if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
         const QString name = reader.name().toString();
-        if (name != QLatin1String("svg") && name != QLatin1String("g") && name != QLatin1String("title") &&
-            name != QLatin1String("desc") && name != QLatin1String("defs"))
+        if (name != "svg"_L1 && name != "g"_L1 && name != "title"_L1 && name != "desc"_L1 &&
+            name != "defs"_L1)
             shapes.append(name);
     }
     QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
@@ -258,14 +260,14 @@ void tst_ImageExport::svgNamesAnyFamily_data()
     const auto row = [](const char *title, const QString &family, const QString &named) {
         QTest::newRow(title) << family << named;
     };
-    row("plain", QStringLiteral("DejaVu Sans"), QStringLiteral("DejaVu Sans"));
-    row("quotes", QStringLiteral("\"Dial\" Sans"), QStringLiteral("\"Dial\" Sans"));
-    row("ampersand", QStringLiteral("Dial & Sons"), QStringLiteral("Dial & Sons"));
-    row("what looks like a reference", QStringLiteral("Dial &amp; Sons"), QStringLiteral("Dial &amp; Sons"));
-    row("angle brackets", QStringLiteral("<Dial>"), QStringLiteral("<Dial>"));
-    // XML has no way to hold these.
-    row("control characters", QStringLiteral("Di\x01\x1b") + QStringLiteral("al"), QStringLiteral("Dial"));
-    row("noncharacters", QStringLiteral("Di\ufffe\uffff") + QStringLiteral("al"), QStringLiteral("Dial"));
+    row("plain", u"DejaVu Sans"_s, u"DejaVu Sans"_s);
+    row("quotes", u"\"Dial\" Sans"_s, u"\"Dial\" Sans"_s);
+    row("ampersand", u"Dial & Sons"_s, u"Dial & Sons"_s);
+    row("what looks like a reference", u"Dial &amp; Sons"_s, u"Dial &amp; Sons"_s);
+    row("angle brackets", u"<Dial>"_s, u"<Dial>"_s);
+    // XML does not allow these.
+    row("control characters", u"Di\x01\x1b"_s + u"al"_s, u"Dial"_s);
+    row("noncharacters", u"Di\ufffe\uffff"_s + u"al"_s, u"Dial"_s);
 }
 
 void tst_ImageExport::svgNamesAnyFamily()
@@ -277,8 +279,7 @@ void tst_ImageExport::svgNamesAnyFamily()
 
 void tst_ImageExport::svgTellsFamiliesApart()
 {
-    const QStringList families{QStringLiteral("Dial&"), QStringLiteral("A Dial&"),
-                               QStringLiteral("Dial&\" A"), QStringLiteral("Plain"), QStringLiteral("Dial&")};
+    const QStringList families{u"Dial&"_s, u"A Dial&"_s, u"Dial&\" A"_s, u"Plain"_s, u"Dial&"_s};
     QList<gaugeData> layers;
     for (const QString &family : families)
         layers.append(layerLabelledIn(family));
@@ -288,13 +289,13 @@ void tst_ImageExport::svgTellsFamiliesApart()
 void tst_ImageExport::writesFiles()
 {
     const QTemporaryDir folder;
-    QFile pngFile(folder.filePath(QStringLiteral("dial.png")));
+    QFile pngFile(folder.filePath(u"dial.png"_s));
     QVERIFY(pngFile.open(QIODevice::WriteOnly));
     QVERIFY(writePng(pngFile, 128, {typicalLayer()}));
     pngFile.close();
     QCOMPARE(QImageReader::imageFormat(pngFile.fileName()), QByteArray("png"));
 
-    QFile svgFile(folder.filePath(QStringLiteral("dial.svg")));
+    QFile svgFile(folder.filePath(u"dial.svg"_s));
     QVERIFY(svgFile.open(QIODevice::WriteOnly));
     QVERIFY(writeSvg(svgFile, 128, {typicalLayer()}));
     svgFile.close();
