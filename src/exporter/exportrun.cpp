@@ -24,10 +24,7 @@ Progress::Style progressStyle(const ExportOptions &options)
 bool exportFromStandardInput(const ExportOptions &options, Progress &progress)
 {
     QString reason;
-    if (wasStandardOutputClosed() && !options.dryRun)
-        reason = QStringLiteral("Standard output is closed.");
-    else
-        runInThreads(1, [&] { reason = exportStandardInput(options); });
+    runInThreads(1, [&] { reason = exportStandardInput(options); });
     if (!reason.isEmpty())
         progress.failed(QStringLiteral("standard input"), reason);
     return reason.isEmpty();

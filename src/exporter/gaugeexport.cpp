@@ -5,6 +5,7 @@
 #include "exporter/outputfile.h"
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
+#include "exporter/terminal.h"
 #include "model/gaugefile.h"
 #include "model/layernames.h"
 #include "render/imageexport.h"

@@ -1,5 +1,6 @@
 #include "exporter/commandline.h"
 #include "exporter/exportrun.h"
+#include "exporter/outputfile.h"
 #include "exporter/terminal.h"
 #include "exporter/workers.h"
 
@@ -7,6 +8,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -30,6 +32,15 @@ void setUpEnvironment()
           "QT_SCALE_FACTOR_ROUNDING_POLICY", "QT_ENABLE_HIGHDPI_SCALING", "QT_USE_PHYSICAL_DPI",
           "QT_DPI_ADJUSTMENT_POLICY"})
         qunsetenv(variable);
+}
+
+/// A closed pipe or a limit on the size of files does not end the program: writing fails with an error.
+void ignoreSignals()
+{
+#ifndef Q_OS_WIN
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 /// The arguments in UTF-8, as far as they can be decoded.
@@ -58,9 +69,10 @@ int fail(const QString &error)
 
 int show(const QString &text)
 {
-    if (std::fputs(qPrintable(text), stdout) >= 0 && std::fflush(stdout) == 0)
+    const QString reason = writeStandardOutput(text.toUtf8());
+    if (reason.isEmpty())
         return AllMade;
-    std::perror("corvalence-export: standard output");
+    std::fprintf(stderr, "corvalence-export: %s\n", qUtf8Printable(reason));
     return SomeFailed;
 }
 
@@ -71,7 +83,8 @@ int run(const CommandLine &commandLine)
     if (commandLine.outcome == CommandLine::Outcome::WrongUsage)
         return fail(commandLine.text);
     const ExportOptions &options = commandLine.options;
-    if (options.readsStandardInput() && !options.dryRun && isStandardOutputTerminal() &&
+    const bool toStandardOutput = options.readsStandardInput() || isStandardOutput(options.outputFile);
+    if (toStandardOutput && !options.dryRun && isStandardOutputTerminal() &&
         options.formats.constFirst()->isPicture)
         return fail(QStringLiteral("standard output is a terminal; redirect the picture to a file"));
     return exportAll(options) ? AllMade : SomeFailed;
@@ -82,6 +95,7 @@ int run(const CommandLine &commandLine)
 int main(int argc, char *argv[])
 {
     openStandardStreams();
+    ignoreSignals();
     setUpEnvironment();
     // Standard error has one line for each gauge that fails and nothing else. QT_LOGGING_RULES turns the
     // messages of the libraries on.

@@ -1,5 +1,7 @@
 #include "exporter/outputfile.h"
 
+#include "exporter/terminal.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -219,11 +221,4 @@ WriteResult writeOutputFile(const QString &path, const QByteArray &bytes, Existi
                            .arg(folder, QString::fromStdString(error.message()))};
     }
     return writeViaTemporaryFile(path, bytes, false, existing);
-}
-
-QString writeStandardOutput(const QByteArray &bytes)
-{
-    const auto size = static_cast<size_t>(bytes.size());
-    const bool written = std::fwrite(bytes.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
-    return written ? QString() : systemError(errno);
 }

@@ -30,7 +30,4 @@ struct WriteResult
 [[nodiscard]] WriteResult writeOutputFile(const QString &path, const QByteArray &bytes,
                                           ExistingFile existing);
 
-/// Writes to standard output. Returns an empty text, or the reason for a failure.
-[[nodiscard]] QString writeStandardOutput(const QByteArray &bytes);
-
 #endif

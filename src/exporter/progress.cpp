@@ -3,9 +3,7 @@
 #include "exporter/terminal.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 namespace {
@@ -28,7 +26,7 @@ void Progress::wrote(const QString &path)
     const std::scoped_lock lock(m_mutex);
     ++m_writtenCount;
     if (m_style == Style::Lines)
-        std::printf("%s\n", maskControlCharacters(path).c_str());
+        printLine(maskControlCharacters(path));
 }
 
 void Progress::failed(const QString &gauge, const QString &reason)
@@ -36,7 +34,6 @@ void Progress::failed(const QString &gauge, const QString &reason)
     const std::scoped_lock lock(m_mutex);
     ++m_failedCount;
     hideBar();
-    std::fflush(stdout);
     std::fprintf(stderr, "%s: %s\n", maskControlCharacters(gauge).c_str(),
                  maskControlCharacters(reason).c_str());
     showBar();
@@ -56,13 +53,18 @@ bool Progress::finish()
         hideBar();
         const std::string failures =
             m_failedCount == 0 ? std::string() : ", " + counted(m_failedCount, "gauge") + " failed";
-        std::printf("%s written%s\n", counted(m_writtenCount, "file").c_str(), failures.c_str());
+        printLine(counted(m_writtenCount, "file") + " written" + failures);
     }
-    const bool hadError = std::ferror(stdout) != 0;
-    if (std::fflush(stdout) == 0 && !hadError)
+    if (m_printError.isEmpty())
         return true;
-    std::fprintf(stderr, "corvalence-export: standard output: %s\n", std::strerror(errno));
+    std::fprintf(stderr, "corvalence-export: %s\n", qUtf8Printable(m_printError));
     return false;
+}
+
+void Progress::printLine(const std::string &line)
+{
+    if (m_printError.isEmpty())
+        m_printError = writeStandardOutput(QByteArray::fromStdString(line + '\n'));
 }
 
 void Progress::showBar()
@@ -93,5 +95,6 @@ void Progress::hideBar()
     if (m_barLength == 0)
         return;
     std::printf("\r%*s\r", m_barLength, "");
+    std::fflush(stdout);
     m_barLength = 0;
 }

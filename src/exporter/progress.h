@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <mutex>
+#include <string>
 
 /// Tells the user about the progress of an export: on standard output with a line for each file written, or
 /// a bar and a summary; on standard error with a line for each gauge that failed. Thread-safe.
@@ -22,10 +23,11 @@ public:
     void failed(const QString &gauge, const QString &reason);
     /// One more gauge was exported or failed.
     void finishedGauge();
-    /// Replaces the bar by the summary. Returns false if standard output did not take everything.
+    /// Replaces the bar by the summary. Returns false if lines could not be printed.
     [[nodiscard]] bool finish();
 
 private:
+    void printLine(const std::string &line);
     void showBar();
     void hideBar();
 
@@ -36,6 +38,7 @@ private:
     size_t m_failedCount = 0;
     size_t m_writtenCount = 0;
     int m_barLength = 0;
+    QString m_printError; ///< Why a line was not printed; only the first reason.
     Style m_style;
 };
 

@@ -1,6 +1,8 @@
 #include "exporter/terminal.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <system_error>
 
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -28,9 +30,15 @@ void openStandardStreams()
 #endif
 }
 
-bool wasStandardOutputClosed()
+QString writeStandardOutput(const QByteArray &bytes)
 {
-    return standardOutputWasClosed;
+    if (standardOutputWasClosed)
+        return QStringLiteral("Standard output is closed.");
+    const auto size = static_cast<size_t>(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0)
+        return {};
+    return QStringLiteral("Standard output: ") +
+           QString::fromStdString(std::generic_category().message(errno));
 }
 
 bool isStandardOutputTerminal()

@@ -1,6 +1,7 @@
 #ifndef TERMINAL_H
 #define TERMINAL_H
 
+#include <QByteArray>
 #include <QString>
 
 #include <string>
@@ -9,8 +10,9 @@
 /// be taken for the stream, and messages would be written into it. Call it before any file is opened.
 void openStandardStreams();
 
-/// Whether standard output was closed before openStandardStreams().
-[[nodiscard]] bool wasStandardOutputClosed();
+/// Writes to standard output at once. Returns an empty text, or the reason for a failure, such as a stream
+/// that was closed before openStandardStreams().
+[[nodiscard]] QString writeStandardOutput(const QByteArray &bytes);
 
 [[nodiscard]] bool isStandardOutputTerminal();
 

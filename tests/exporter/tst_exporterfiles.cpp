@@ -307,9 +307,11 @@ void tst_ExporterFiles::refusesToWritePicturesToATerminal()
     const Terminal terminal(80);
     if (!terminal.isOpen())
         QSKIP("The system has no pseudo-terminals.");
-    const ExporterRun result = run("-", {.input = gauge, .standardOutput = terminal.path()});
-    QCOMPARE(result.status, 2);
-    QVERIFY(result.err.contains("standard output is a terminal"));
+    for (const char *arguments : {"-", "--to /dev/stdout Dial.gauge"}) {
+        const ExporterRun result = run(arguments, {.input = gauge, .standardOutput = terminal.path()});
+        QCOMPARE(result.status, 2);
+        QVERIFY(result.err.contains("standard output is a terminal"));
+    }
     QCOMPARE(terminal.takeText(), QByteArray());
     const Terminal other(80);
     QCOMPARE(run("-f csv -", {.input = gauge, .standardOutput = other.path()}).status, 0);

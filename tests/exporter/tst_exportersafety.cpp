@@ -9,7 +9,7 @@
 #include <QScopeGuard>
 #include <QTest>
 
-#include <csignal>
+#include <array>
 #include <limits>
 #include <thread>
 #include <vector>
@@ -29,7 +29,6 @@ constexpr rlim_t MiB = rlim_t(1024) * 1024;
 std::function<void()> withLimit(int resource, rlim_t value)
 {
     return [resource, value] {
-        std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{value, value};
         setrlimit(static_cast<__rlimit_resource>(resource), &limit);
     };
@@ -75,7 +74,8 @@ class tst_ExporterSafety : public ExporterTest
 private Q_SLOTS:
     void reportsAFullDisk_data();
     void reportsAFullDisk();
-    void reportsFullStandardOutput();
+    void reportsWhenStandardOutputTakesNothing_data();
+    void reportsWhenStandardOutputTakesNothing();
     void refusesWhatIsNoGauge_data();
     void refusesWhatIsNoGauge();
     void exportsNothingOfWhatIsNoGauge();
@@ -139,7 +139,7 @@ void tst_ExporterSafety::reportsAFullDisk()
         const ExporterRun stream = run(arguments + words("-"), {.standardInput = path(u"Dial.gauge"_s),
                                                                 .standardOutput = path(u"stream"_s),
                                                                 .before = withLimit(RLIMIT_FSIZE, limit)});
-        QCOMPARE(stream.err, QByteArray("standard input: File too large\n"));
+        QCOMPARE(stream.err, QByteArray("standard input: Standard output: File too large\n"));
         QCOMPARE(stream.status, 1);
     }
     QCOMPARE(
@@ -149,14 +149,43 @@ void tst_ExporterSafety::reportsAFullDisk()
     QCOMPARE(read(file).size(), static_cast<qsizetype>(size));
 }
 
-void tst_ExporterSafety::reportsFullStandardOutput()
+void tst_ExporterSafety::reportsWhenStandardOutputTakesNothing_data()
 {
-    for (const char *arguments : {"-f csv Dial.gauge", "--dry-run Dial.gauge", "--help", "--version"}) {
-        const ExporterRun result = run(arguments, {.standardOutput = u"/dev/full"_s});
-        QCOMPARE(result.err, QByteArray("corvalence-export: standard output: No space left on device\n"));
+    QTest::addColumn<RunConditions>("conditions");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("full") << RunConditions{.standardOutput = u"/dev/full"_s}
+                          << QByteArray("Standard output: No space left on device\n");
+    QTest::newRow("closed") << RunConditions{.before = [] { close(STDOUT_FILENO); }}
+                            << QByteArray("Standard output is closed.\n");
+    const auto closePipe = [] {
+        std::array<int, 2> ends{};
+        if (pipe(ends.data()) != 0 || dup2(ends[1], STDOUT_FILENO) < 0)
+            _exit(1);
+        close(ends[0]);
+    };
+    QTest::newRow("closed pipe") << RunConditions{.before = closePipe}
+                                 << QByteArray("Standard output: Broken pipe\n");
+}
+
+void tst_ExporterSafety::reportsWhenStandardOutputTakesNothing()
+{
+    QFETCH(const RunConditions, conditions);
+    QFETCH(const QByteArray, reason);
+    const QByteArray program = "corvalence-export: ";
+    const QList<std::pair<const char *, QByteArray>> runs{
+        {"--help", program},
+        {"--version", program},
+        {"--dry-run Dial.gauge", program},
+        {"-f csv,svg Dial.gauge", program},
+        {"-f csv --to /dev/stdout Dial.gauge", "Dial.gauge: "},
+    };
+    for (const auto &[arguments, subject] : runs) {
+        const ExporterRun result = run(arguments, conditions);
+        QCOMPARE(result.err, subject + reason);
         QCOMPARE(result.status, 1);
     }
-    QCOMPARE(run("-q -f svg Dial.gauge", {.standardOutput = u"/dev/full"_s}).status, 0);
+    QCOMPARE(files(), QStringList({u"Dial.csv"_s, u"Dial.gauge"_s, u"Dial.svg"_s}));
+    QCOMPARE(run("-q -f pdf Dial.gauge", conditions).status, 0); // prints nothing
 }
 
 void tst_ExporterSafety::refusesWhatIsNoGauge_data()
@@ -407,10 +436,6 @@ void tst_ExporterSafety::opensClosedStreams()
     for (const QString &file : contents(path(u"out"_s)))
         QVERIFY(read(u"out/"_s + file).endsWith(",240\r") ||
                 read(u"out/"_s + file).startsWith("Layer,Tick,Angle\rDial,0,"));
-    const ExporterRun result =
-        run("-", {.input = read(u"Dial.gauge"_s), .before = [] { close(STDOUT_FILENO); }});
-    QCOMPARE(result.err, QByteArray("standard input: Standard output is closed.\n"));
-    QCOMPARE(result.status, 1);
 }
 
 void tst_ExporterSafety::limitsInput()
