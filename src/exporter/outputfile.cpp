@@ -153,6 +153,9 @@ WriteResult writeViaTemporaryFile(const QString &path, const QByteArray &bytes, 
     temporary.remove();
     if (error != EEXIST)
         return {false, QStringLiteral("%1: %2").arg(path, systemError(error))};
+    // Another process made the file in the meantime.
+    if (existing == ExistingFile::Overwrite && targetOf(path) == Target::RegularFile)
+        return writeViaTemporaryFile(path, bytes, true, existing);
     return {false, existing == ExistingFile::Keep ? QString() : alreadyExists(path)};
 }
 
@@ -182,17 +185,17 @@ WriteResult checkOutputFile(const QString &path, ExistingFile existing)
     const Target target = targetOf(path);
     if (target == Target::Nothing || target == Target::StandardOutput || target == Target::NullDevice)
         return {true, {}};
+    if (!QFileInfo::exists(path))
+        return {false, QStringLiteral("%1 is a link to a file that does not exist.").arg(path)};
     if (existing == ExistingFile::Keep)
         return {};
-    if (target == Target::RegularFile && existing == ExistingFile::Refuse)
-        return {false, alreadyExists(path)};
-    if (target == Target::RegularFile)
-        return {true, {}};
     if (QFileInfo(path).isDir())
         return {false, QStringLiteral("%1 is a folder.").arg(path)};
-    const bool isDangling = !QFileInfo::exists(path);
-    return {false, isDangling ? QStringLiteral("%1 is a link to a file that does not exist.").arg(path)
-                              : QStringLiteral("%1 is not a regular file.").arg(path)};
+    if (target != Target::RegularFile)
+        return {false, QStringLiteral("%1 is not a regular file.").arg(path)};
+    if (existing == ExistingFile::Refuse)
+        return {false, alreadyExists(path)};
+    return {true, {}};
 }
 
 WriteResult writeOutputFile(const QString &path, const QByteArray &bytes, ExistingFile existing)

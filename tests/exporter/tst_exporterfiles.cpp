@@ -112,6 +112,8 @@ void tst_ExporterFiles::treatsExistingFiles_data()
     row("-n link -f csv --overwrite Dial.gauge", 0, "link.csv\n", {}, true);
     row("-f csv --overwrite -o folder Dial.gauge", 1, "", "Dial.gauge: folder/Dial.csv is a folder.\n");
     row("-f csv -o folder Dial.gauge", 1, "", "Dial.gauge: folder/Dial.csv is a folder.\n");
+    row("-n dangling -f csv --keep Dial.gauge", 1, "",
+        "Dial.gauge: dangling.csv is a link to a file that does not exist.\n");
     row("-o Dial.csv/x Dial.gauge", 1, "",
         "Dial.gauge: The folder Dial.csv/x cannot be created: Not a directory\n");
 }
@@ -125,6 +127,7 @@ void tst_ExporterFiles::treatsExistingFiles()
     write(u"Dial.csv"_s, "mine");
     QFile::setPermissions(path(u"Dial.csv"_s), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QFile::link(u"Dial.csv"_s, path(u"link.csv"_s));
+    QFile::link(u"nothing"_s, path(u"dangling.csv"_s));
     QDir().mkpath(path(u"folder/Dial.csv"_s));
     const ExporterRun result = run(QTest::currentDataTag());
     QCOMPARE(result.err, err);

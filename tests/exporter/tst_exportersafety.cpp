@@ -84,7 +84,8 @@ private Q_SLOTS:
     void replacesNoInput();
     void replacesOnlyRegularFiles_data();
     void replacesOnlyRegularFiles();
-    void neverWritesANewFileTwice();
+    void writesTogetherWithOtherExporters_data();
+    void writesTogetherWithOtherExporters();
     void worksWithFewThreads_data();
     void worksWithFewThreads();
     void reportsTooLittleMemory();
@@ -316,7 +317,7 @@ void tst_ExporterSafety::replacesOnlyRegularFiles()
     }};
     const ExporterRun result = run(words("--overwrite") + arguments, unprivileged);
     QCOMPARE(result.err, err.isEmpty() ? err : "Dial.gauge: " + err + '\n');
-    QCOMPARE(run(arguments, unprivileged).status, err.isEmpty() ? 0 : 1); // also without --overwrite
+    QCOMPARE(run(arguments, unprivileged).err, result.err); // also without --overwrite
     QCOMPARE(files(), before);
 
     const QByteArray picture = run("-f svg -", {.input = read(u"Dial.gauge"_s)}).out;
@@ -326,24 +327,35 @@ void tst_ExporterSafety::replacesOnlyRegularFiles()
     QCOMPARE(read(u"log"_s), picture);
 }
 
-void tst_ExporterSafety::neverWritesANewFileTwice()
+void tst_ExporterSafety::writesTogetherWithOtherExporters_data()
 {
+    QTest::addColumn<ExistingFile>("existing");
+    QTest::addColumn<int>("expectedCount");
+    QTest::newRow("never writes a new file twice") << ExistingFile::Refuse << 1;
+    QTest::newRow("keeps a new file") << ExistingFile::Keep << 1;
+    QTest::newRow("overwrites a new file") << ExistingFile::Overwrite << 4;
+}
+
+void tst_ExporterSafety::writesTogetherWithOtherExporters()
+{
+    QFETCH(const ExistingFile, existing);
+    QFETCH(const int, expectedCount);
     for (int round = 0; round < 100; ++round) {
         const QString file = path(u"out/"_s + QString::number(round));
         std::atomic<int> writtenCount = 0;
         std::vector<std::thread> threads;
         for (char content = 'a'; content < 'e'; ++content) {
-            threads.emplace_back([&writtenCount, file, content] {
+            threads.emplace_back([&writtenCount, existing, file, content] {
                 const QByteArray bytes(1000, content);
-                const WriteResult result = writeOutputFile(file, bytes, ExistingFile::Refuse);
+                const WriteResult result = writeOutputFile(file, bytes, existing);
                 writtenCount += result.written ? 1 : 0;
-                if (result.written && readFile(file) != bytes)
+                if (result.written && existing != ExistingFile::Overwrite && readFile(file) != bytes)
                     qFatal("another thread replaced the file");
             });
         }
         for (std::thread &thread : threads)
             thread.join();
-        QCOMPARE(writtenCount, 1);
+        QCOMPARE(writtenCount, expectedCount);
     }
     QCOMPARE(contents(path(u"out"_s)).size(), 100); // no temporary files
 }
