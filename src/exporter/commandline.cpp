@@ -1,5 +1,7 @@
 #include "exporter/commandline.h"
 
+#include "exporter/outputnames.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
@@ -319,12 +321,13 @@ void OptionsReader::readNameTemplate()
 
 void OptionsReader::readFiles()
 {
-    m_options.files = m_parser.positionalArguments();
+    for (const QString &name : m_parser.positionalArguments())
+        m_options.files.append(nativeName(name));
     if (m_options.files.isEmpty())
         refuse(QStringLiteral("no gauge file is given"));
     if (m_options.files.contains(QString()))
         refuse(QStringLiteral("a file has an empty name"));
-    m_options.outputFolder = m_parser.value(m_definitions.output);
+    m_options.outputFolder = nativeName(m_parser.value(m_definitions.output));
     if (m_parser.isSet(m_definitions.output) && m_options.outputFolder.isEmpty())
         refuse(QStringLiteral("the output folder has an empty name"));
 }
@@ -343,8 +346,10 @@ void OptionsReader::readOutputFile()
 {
     if (!m_parser.isSet(m_definitions.to))
         return;
-    m_options.outputFile = m_parser.value(m_definitions.to);
-    if (m_options.outputFile.isEmpty() || m_options.outputFile == QLatin1String("-"))
+    m_options.outputFile = nativeName(m_parser.value(m_definitions.to));
+    const QString name = m_options.outputFile.section(QLatin1Char('/'), -1);
+    if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..") ||
+        m_options.outputFile == QLatin1String("-"))
         refuse(QStringLiteral("--to needs the name of a file"));
     if (m_options.files.size() > 1 || !makesOneFile())
         refuse(QStringLiteral("--to needs one gauge, one format and one size"));

@@ -1,6 +1,5 @@
 #include "exporter/outputnames.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 
@@ -19,19 +18,29 @@ QString outputPath(const QString &gaugePath, const ExportFormat &format, int siz
     name.replace(QLatin1String("{size}"), QString::number(size));
     name.replace(QLatin1String("{name}"), gauge.completeBaseName());
     const QString folder = options.outputFolder.isEmpty() ? gauge.path() : options.outputFolder;
-    return QStringLiteral("%1.%2").arg(QDir::cleanPath(folder + QLatin1Char('/') + name),
-                                       QLatin1String(format.name));
+    name += QLatin1Char('.') + QLatin1String(format.name);
+    // Not with QDir::cleanPath(), which makes the current folder of "link/..".
+    if (folder == QLatin1String("."))
+        return nativeName(name);
+    return folder.endsWith(QLatin1Char('/')) ? folder + name : folder + QLatin1Char('/') + name;
 }
 
-/// The path without links, as far as it exists.
-QString uniquePath(const QString &path)
+/// The path without links, as far as it exists. A link to a file counts as the file if it would be replaced.
+QString uniquePath(const QString &path, ExistingFile existing)
 {
     const QFileInfo info(path);
+    if (existing == ExistingFile::Overwrite && info.exists())
+        return info.canonicalFilePath();
     const QString folder = QFileInfo(info.path()).canonicalFilePath();
     return folder.isEmpty() ? info.absoluteFilePath() : folder + QLatin1Char('/') + info.fileName();
 }
 
 } // namespace
+
+QString nativeName(const QString &name)
+{
+    return name.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + name : name;
+}
 
 QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options)
 {
@@ -62,7 +71,7 @@ QStringList findNameCollisions(const ExportOptions &options)
         const QList<Output> outputs = outputsOf(gauge, options);
         QString reason;
         for (const Output &output : outputs) {
-            const QString other = gaugeOfOutput.value(uniquePath(output.path));
+            const QString other = gaugeOfOutput.value(uniquePath(output.path, options.existing));
             if (!other.isEmpty() && reason.isEmpty())
                 reason = QStringLiteral("%1 is already written for %2.").arg(output.path, other);
         }
@@ -70,7 +79,7 @@ QStringList findNameCollisions(const ExportOptions &options)
         if (!reason.isEmpty())
             continue;
         for (const Output &output : outputs)
-            gaugeOfOutput.insert(uniquePath(output.path), gauge);
+            gaugeOfOutput.insert(uniquePath(output.path, options.existing), gauge);
     }
     return reasons;
 }

@@ -97,7 +97,8 @@ void tst_CommandLine::refusesWrongUsage_data()
     rows(u"standard input (-) is exported in one format and one size"_s, {"-f png,svg -", "-s 64,128 -"});
     rows(u"standard input (-) is written to standard output; it takes no folder or name"_s,
          {"-o out -", "-n {name} -", "--to face.png -"});
-    rows(u"--to needs the name of a file"_s, {"--to '' a", "--to - a"});
+    rows(u"--to needs the name of a file"_s,
+         {"--to '' a", "--to - a", "--to out/ a", "--to . a", "--to out/.. a"});
     rows(u"--to needs one gauge, one format and one size"_s,
          {"--to face a b", "--to face -f png,csv a", "--to face -s 64,128 a"});
     rows(u"--to gives the whole name; --output and --name-template cannot be given too"_s,

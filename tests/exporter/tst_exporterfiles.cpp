@@ -59,6 +59,11 @@ void tst_ExporterFiles::namesFiles_data()
     row("-n {name}.x Dial.gauge", "Dial.x.png\n");
     row("-n {size}/{name} -s 64 Dial.gauge", "64/Dial.png\n");
     row("{size}.gauge", "{size}.png\n");
+    row("link/../Other.gauge", "link/../Other.png\n");
+    row("-o link/.. Dial.gauge", "link/../Dial.png\n");
+    row(":x.gauge", "./:x.png\n");
+    row("-n :y -o . Dial.gauge", "./:y.png\n");
+    row("--to :z Dial.gauge", "./:z\n");
     row("--to made/{name} Dial.gauge", "made/{name}\n");
     row("--to face -s 64,128 -f csv Dial.gauge", "face\n");
     row("-q Dial.gauge", "");
@@ -67,8 +72,10 @@ void tst_ExporterFiles::namesFiles_data()
 void tst_ExporterFiles::namesFiles()
 {
     QFETCH(const QByteArray, out);
-    writeGauge(u"a/Other.gauge"_s);
-    writeGauge(u"{size}.gauge"_s);
+    for (const QString &name : {u"a/Other.gauge"_s, u"{size}.gauge"_s, u"./:x.gauge"_s})
+        writeGauge(name);
+    QDir().mkdir(path(u"a/b"_s));
+    QFile::link(u"a/b"_s, path(u"link"_s));
     const QStringList before = files();
     const ExporterRun dry = run(words("--dry-run") + words(QTest::currentDataTag()));
     QCOMPARE(dry.out, out);
@@ -214,15 +221,20 @@ void tst_ExporterFiles::refusesGaugesWhoseFilesHaveTheSameName_data()
     QTest::newRow("-j1 -f csv a/Dial.gauge link/Dial.gauge")
         << QByteArray("a/Dial.csv\n")
         << QByteArray("link/Dial.gauge: link/Dial.csv is already written for a/Dial.gauge.\n");
+    QTest::newRow("-j1 -f csv Dial.gauge other.gauge")
+        << QByteArray("Dial.csv\n")
+        << QByteArray("other.gauge: other.csv is already written for Dial.gauge.\n");
 }
 
 void tst_ExporterFiles::refusesGaugesWhoseFilesHaveTheSameName()
 {
     QFETCH(const QByteArray, out);
     QFETCH(const QByteArray, err);
-    for (const QString &name : {u"a/Dial.gauge"_s, u"a.gauge"_s, u"a1.gauge"_s})
+    for (const QString &name : {u"a/Dial.gauge"_s, u"a.gauge"_s, u"a1.gauge"_s, u"other.gauge"_s})
         writeGauge(name);
+    write(u"Dial.csv"_s, "old");
     QFile::link(u"a"_s, path(u"link"_s));
+    QFile::link(u"Dial.csv"_s, path(u"other.csv"_s));
     const ExporterRun result = run(words("--overwrite") + words(QTest::currentDataTag()));
     QCOMPARE(result.err, err);
     QCOMPARE(result.out, out);
