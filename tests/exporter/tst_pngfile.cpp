@@ -27,7 +27,6 @@ private Q_SLOTS:
     void keepsAnyPixels_data();
     void keepsAnyPixels();
     void keepsTheDensity();
-    void writesTheSameBytesAgain();
     void writesOnlyPixelsAndDensity();
     void compressesByLevel();
     void reportsAFullDevice();
@@ -168,13 +167,6 @@ void tst_PngFile::keepsTheDensity()
     const QImage read = QImage::fromData(pngFile(image));
     QCOMPARE(read.dotsPerMeterX(), 1234);
     QCOMPARE(read.dotsPerMeterY(), 5678);
-}
-
-void tst_PngFile::writesTheSameBytesAgain()
-{
-    const QByteArray first = pngFile(typicalImage());
-    QVERIFY(!first.isEmpty());
-    QVERIFY(pngFile(typicalImage()) == first);
 }
 
 void tst_PngFile::writesOnlyPixelsAndDensity()
