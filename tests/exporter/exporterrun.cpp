@@ -8,6 +8,10 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
+
 using namespace Qt::StringLiterals;
 
 QStringList words(const char *arguments)
@@ -26,6 +30,11 @@ QStringList contents(const QString &folder)
     return names;
 }
 
+QByteArray gaugeOf(const gaugeData &data, qsizetype layerCount, const QString &name)
+{
+    return gaugeFile::write(QList<gaugeLayer>(layerCount, gaugeLayer{name, data}));
+}
+
 QStringList layerNames(const QByteArray &gauge)
 {
     QList<gaugeLayer> layers;
@@ -35,6 +44,16 @@ QStringList layerNames(const QByteArray &gauge)
         names.append(layer.name);
     return names;
 }
+
+#ifdef Q_OS_LINUX
+std::function<void()> withLimit(int resource, quint64 value)
+{
+    return [resource, value] {
+        const rlimit limit{value, value};
+        setrlimit(static_cast<__rlimit_resource>(resource), &limit);
+    };
+}
+#endif
 
 ExporterTest::ExporterTest() = default;
 ExporterTest::~ExporterTest() = default;

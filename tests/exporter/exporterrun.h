@@ -13,6 +13,7 @@
 #include <memory>
 
 class QTemporaryDir;
+struct gaugeData;
 
 /// The result of a run of the exporter.
 struct ExporterRun
@@ -39,8 +40,17 @@ struct RunConditions
 /// The names of all files and folders below a folder, sorted.
 [[nodiscard]] QStringList contents(const QString &folder);
 
+/// The bytes of a gauge file of equal layers.
+[[nodiscard]] QByteArray gaugeOf(const gaugeData &data, qsizetype layerCount = 1,
+                                 const QString &name = QStringLiteral("Layer"));
+
 /// The names of the layers in the bytes of a gauge file.
 [[nodiscard]] QStringList layerNames(const QByteArray &gauge);
+
+#ifdef Q_OS_LINUX
+/// For RunConditions::before: sets a limit of the system, such as RLIMIT_FSIZE.
+[[nodiscard]] std::function<void()> withLimit(int resource, quint64 value);
+#endif
 
 /// A test class that runs the real program without a display, in a folder of its own, in which Dial.gauge is
 /// a gauge of one default layer.

@@ -2,17 +2,7 @@
 #include "support/testmain.h"
 
 #include <QDir>
-#include <QImage>
 #include <QTest>
-
-#include <array>
-
-#ifdef Q_OS_UNIX
-#include <cstdlib>
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -32,9 +22,6 @@ private Q_SLOTS:
     void refusesGaugesWhoseFilesHaveTheSameName_data();
     void refusesGaugesWhoseFilesHaveTheSameName();
     void showsVersionAndUsageErrors();
-    void showsProgressOnATerminal_data();
-    void showsProgressOnATerminal();
-    void refusesToWritePicturesToATerminal();
     void writesTheSameWithAnyNumberOfJobs();
     void exportsStandardInputToStandardOutput_data();
     void exportsStandardInputToStandardOutput();
@@ -232,95 +219,6 @@ void tst_ExporterFiles::showsVersionAndUsageErrors()
                                     "of pixels\nSee corvalence-export --help.\n"));
     QCOMPARE(result.status, 2);
 }
-
-#ifdef Q_OS_UNIX
-
-namespace {
-
-/// A pseudo-terminal of the given width.
-struct Terminal
-{
-    explicit Terminal(unsigned short columns)
-    {
-        grantpt(descriptor);
-        unlockpt(descriptor);
-        winsize size{};
-        size.ws_col = columns;
-        ioctl(descriptor, TIOCSWINSZ, &size);
-    }
-    [[nodiscard]] bool isOpen() const { return descriptor >= 0; }
-    [[nodiscard]] QString path() const { return QString::fromLocal8Bit(ptsname(descriptor)); }
-    /// What was written to it.
-    [[nodiscard]] QByteArray takeText() const
-    {
-        QByteArray text;
-        std::array<char, 4096> chunk{};
-        for (ssize_t length = 0; (length = ::read(descriptor, chunk.data(), chunk.size())) > 0;)
-            text.append(chunk.data(), length);
-        close(descriptor);
-        return text;
-    }
-    int descriptor = posix_openpt(O_RDWR | O_NOCTTY);
-};
-
-} // namespace
-
-void tst_ExporterFiles::showsProgressOnATerminal_data()
-{
-    QTest::addColumn<int>("columns");
-    QTest::addColumn<QByteArray>("lastBar");
-    QTest::newRow("usual") << 80 << '[' + QByteArray(40, '#') + "] 41/41";
-    QTest::newRow("unknown width") << 0 << '[' + QByteArray(40, '#') + "] 41/41";
-    QTest::newRow("narrow") << 20 << QByteArray("[###########] 41/41");
-    QTest::newRow("too narrow for a bar") << 8 << QByteArray("41/41");
-}
-
-void tst_ExporterFiles::showsProgressOnATerminal()
-{
-    QFETCH(const int, columns);
-    QFETCH(const QByteArray, lastBar);
-    const Terminal terminal(static_cast<unsigned short>(columns));
-    if (!terminal.isOpen())
-        QSKIP("The system has no pseudo-terminals.");
-    // Long enough for the bar to appear on any machine.
-    QStringList arguments = words("--jobs 1 --size 1500 Gone.gauge");
-    for (int number = 0; number < 40; ++number) {
-        arguments.append(QString::number(number) + u".gauge"_s);
-        writeGauge(arguments.constLast());
-    }
-    QCOMPARE(run(arguments, {.standardOutput = terminal.path()}).status, 1);
-    const QByteArray text = terminal.takeText();
-    QVERIFY2(text.endsWith('\r' + lastBar + '\r' + QByteArray(lastBar.size(), ' ') +
-                           "\r40 files written, 1 gauge failed\r\n"),
-             text.right(200).constData());
-
-    const Terminal other(80);
-    QCOMPARE(run("--dry-run -f csv Dial.gauge", {.standardOutput = other.path()}).status, 0);
-    QCOMPARE(other.takeText(), QByteArray("Dial.csv\r\n"));
-}
-
-void tst_ExporterFiles::refusesToWritePicturesToATerminal()
-{
-    const QByteArray gauge = read(u"Dial.gauge"_s);
-    const Terminal terminal(80);
-    if (!terminal.isOpen())
-        QSKIP("The system has no pseudo-terminals.");
-    for (const char *arguments : {"-", "--to /dev/stdout Dial.gauge"}) {
-        const ExporterRun result = run(arguments, {.input = gauge, .standardOutput = terminal.path()});
-        QCOMPARE(result.status, 2);
-        QVERIFY(result.err.contains("standard output is a terminal"));
-    }
-    QCOMPARE(terminal.takeText(), QByteArray());
-    const Terminal other(80);
-    QCOMPARE(run("-f csv -", {.input = gauge, .standardOutput = other.path()}).status, 0);
-    QVERIFY(other.takeText().startsWith("Layer,"));
-}
-
-#else
-void tst_ExporterFiles::showsProgressOnATerminal_data() {}
-void tst_ExporterFiles::showsProgressOnATerminal() {}
-void tst_ExporterFiles::refusesToWritePicturesToATerminal() {}
-#endif
 
 void tst_ExporterFiles::writesTheSameWithAnyNumberOfJobs()
 {

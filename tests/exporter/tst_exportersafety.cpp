@@ -9,7 +9,7 @@
 #include <QScopeGuard>
 #include <QTest>
 
-#include <array>
+#include <atomic>
 #include <limits>
 #include <thread>
 #include <vector>
@@ -21,52 +21,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr rlim_t MiB = rlim_t(1024) * 1024;
-
-/// Sets a limit in the new process. Files that grow beyond it fail as on a full disk.
-std::function<void()> withLimit(int resource, rlim_t value)
-{
-    return [resource, value] {
-        const rlimit limit{value, value};
-        setrlimit(static_cast<__rlimit_resource>(resource), &limit);
-    };
-}
-
-/// With AddressSanitizer no limit of memory leaves enough for it.
-constexpr bool hasAddressSanitizer =
-#if defined(__SANITIZE_ADDRESS__)
-    true;
-#elif defined(__has_feature)
-    __has_feature(address_sanitizer);
-#else
-    false;
-#endif
-
-/// The processor time of all child processes that have ended.
-double childrenSeconds()
-{
-    rusage usage{};
-    getrusage(RUSAGE_CHILDREN, &usage);
-    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec);
-}
-
-QByteArray gaugeOf(const gaugeData &data, qsizetype layerCount = 1, const QString &name = u"Layer"_s)
-{
-    return gaugeFile::write(QList<gaugeLayer>(layerCount, gaugeLayer{name, data}));
-}
-
-QByteArray gaugeOfTicks(int count)
-{
-    gaugeData data;
-    data.divisionCount[0] = count;
-    return gaugeOf(data);
-}
-
-} // namespace
-
-/// The exporter loses no files, always ends, and says what it cannot do.
+/// The exporter loses and damages no files.
 class tst_ExporterSafety : public ExporterTest
 {
     Q_OBJECT
@@ -74,8 +29,6 @@ class tst_ExporterSafety : public ExporterTest
 private Q_SLOTS:
     void reportsAFullDisk_data();
     void reportsAFullDisk();
-    void reportsWhenStandardOutputTakesNothing_data();
-    void reportsWhenStandardOutputTakesNothing();
     void refusesWhatIsNoGauge_data();
     void refusesWhatIsNoGauge();
     void exportsNothingOfWhatIsNoGauge();
@@ -86,19 +39,8 @@ private Q_SLOTS:
     void replacesOnlyRegularFiles();
     void writesTogetherWithOtherExporters_data();
     void writesTogetherWithOtherExporters();
-    void worksWithFewThreads_data();
-    void worksWithFewThreads();
-    void reportsTooLittleMemory();
     void ignoresTheUsersScreenSettings();
-    void opensClosedStreams();
-    void limitsInput();
-    void limitsTicksAndArcs();
-    void countsOnlySelectedLayers();
-    void limitsTheSizeOfOutputs_data();
-    void limitsTheSizeOfOutputs();
     void refusesNamesThatAreNotUtf8();
-    void thumbnailsAreBounded_data();
-    void thumbnailsAreBounded();
 };
 
 void tst_ExporterSafety::reportsAFullDisk_data()
@@ -147,45 +89,6 @@ void tst_ExporterSafety::reportsAFullDisk()
             .status,
         0);
     QCOMPARE(read(file).size(), static_cast<qsizetype>(size));
-}
-
-void tst_ExporterSafety::reportsWhenStandardOutputTakesNothing_data()
-{
-    QTest::addColumn<RunConditions>("conditions");
-    QTest::addColumn<QByteArray>("reason");
-    QTest::newRow("full") << RunConditions{.standardOutput = u"/dev/full"_s}
-                          << QByteArray("Standard output: No space left on device\n");
-    QTest::newRow("closed") << RunConditions{.before = [] { close(STDOUT_FILENO); }}
-                            << QByteArray("Standard output is closed.\n");
-    const auto closePipe = [] {
-        std::array<int, 2> ends{};
-        if (pipe(ends.data()) != 0 || dup2(ends[1], STDOUT_FILENO) < 0)
-            _exit(1);
-        close(ends[0]);
-    };
-    QTest::newRow("closed pipe") << RunConditions{.before = closePipe}
-                                 << QByteArray("Standard output: Broken pipe\n");
-}
-
-void tst_ExporterSafety::reportsWhenStandardOutputTakesNothing()
-{
-    QFETCH(const RunConditions, conditions);
-    QFETCH(const QByteArray, reason);
-    const QByteArray program = "corvalence-export: ";
-    const QList<std::pair<const char *, QByteArray>> runs{
-        {"--help", program},
-        {"--version", program},
-        {"--dry-run Dial.gauge", program},
-        {"-f csv,svg Dial.gauge", program},
-        {"-f csv --to /dev/stdout Dial.gauge", "Dial.gauge: "},
-    };
-    for (const auto &[arguments, subject] : runs) {
-        const ExporterRun result = run(arguments, conditions);
-        QCOMPARE(result.err, subject + reason);
-        QCOMPARE(result.status, 1);
-    }
-    QCOMPARE(files(), QStringList({u"Dial.csv"_s, u"Dial.gauge"_s, u"Dial.svg"_s}));
-    QCOMPARE(run("-q -f pdf Dial.gauge", conditions).status, 0); // prints nothing
 }
 
 void tst_ExporterSafety::refusesWhatIsNoGauge_data()
@@ -359,61 +262,6 @@ void tst_ExporterSafety::writesTogetherWithOtherExporters()
     QCOMPARE(contents(path(u"out"_s)).size(), 100); // no temporary files
 }
 
-void tst_ExporterSafety::worksWithFewThreads_data()
-{
-    QTest::addColumn<int>("resource");
-    QTest::addColumn<quint64>("stack"); // of each thread, in MiB
-    QTest::newRow("few threads") << int(RLIMIT_AS) << quint64(700);
-    QTest::newRow("no thread") << int(RLIMIT_AS) << quint64(100'000);
-    QTest::newRow("few open files") << int(RLIMIT_NOFILE) << quint64(8);
-}
-
-void tst_ExporterSafety::worksWithFewThreads()
-{
-    if (hasAddressSanitizer)
-        QSKIP("AddressSanitizer needs more memory.");
-    QFETCH(const int, resource);
-    QFETCH(const quint64, stack);
-    QStringList arguments = words("-q -j 300 -f svg,csv -o out");
-    for (int number = 0; number < 300; ++number) {
-        arguments.append(QString::number(number) + u".gauge"_s);
-        writeGauge(arguments.constLast());
-    }
-    const auto limit = [resource, stack] {
-        // The size of new threads' stacks.
-        const rlimit stackLimit{stack * MiB, RLIM_INFINITY};
-        setrlimit(RLIMIT_STACK, &stackLimit);
-        withLimit(resource, resource == RLIMIT_AS ? 2500 * MiB : 48)();
-    };
-    const ExporterRun result = run(arguments, {.before = limit});
-    QCOMPARE(result.err, QByteArray());
-    QCOMPARE(result.status, 0);
-    QCOMPARE(contents(path(u"out"_s)).size(), 600);
-
-    const ExporterRun picture = run("-q Dial.gauge", {.before = limit});
-    const bool noThread = stack == 100'000;
-    QCOMPARE(picture.err, noThread
-                              ? "Dial.gauge: The png cannot be made: the system starts no more threads.\n"
-                              : QByteArray());
-}
-
-void tst_ExporterSafety::reportsTooLittleMemory()
-{
-    if (hasAddressSanitizer)
-        QSKIP("AddressSanitizer needs more memory.");
-    write(u"Huge.gauge"_s, gaugeOfTicks(5'000'000));
-    const auto limit = withLimit(RLIMIT_AS, 700 * MiB);
-    const ExporterRun result = run("-j 1 -s 16384 -f png,csv Dial.gauge", {.before = limit});
-    QCOMPARE(result.err, QByteArray("Dial.gauge: The png cannot be made: there is not enough memory.\n"));
-    QCOMPARE(result.out, QByteArray("Dial.csv\n"));
-    const ExporterRun table = run("-j 1 -f csv Huge.gauge Dial.gauge -o out", {.before = limit});
-    QCOMPARE(table.err, QByteArray("Huge.gauge: There is not enough memory.\n"));
-    QCOMPARE(table.out, QByteArray("out/Dial.csv\n"));
-    const ExporterRun stream = run("-s 16384 -", {.standardInput = path(u"Dial.gauge"_s), .before = limit});
-    QCOMPARE(stream.err, QByteArray("standard input: The png cannot be made: there is not enough memory.\n"));
-    QCOMPARE(stream.out, QByteArray());
-}
-
 void tst_ExporterSafety::ignoresTheUsersScreenSettings()
 {
     const QByteArray picture = run("-", {.input = read(u"Dial.gauge"_s)}).out;
@@ -429,96 +277,6 @@ void tst_ExporterSafety::ignoresTheUsersScreenSettings()
     QCOMPARE(run("-platform xcb Dial.gauge").status, 2);
     QVERIFY(run("-", {.input = read(u"Dial.gauge"_s), .environment = {{u"LC_ALL"_s, u"C"_s}}}).out ==
             picture);
-}
-
-void tst_ExporterSafety::opensClosedStreams()
-{
-    const auto closeStreams = [] {
-        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-            close(stream);
-    };
-    QStringList arguments = words("-j 4 -f csv -o out");
-    for (int number = 0; number < 40; ++number) {
-        arguments << u"Gone.gauge"_s << QString::number(number) + u".gauge"_s;
-        writeGauge(arguments.constLast());
-    }
-    QCOMPARE(run(arguments, {.before = closeStreams}).status, 1);
-    QCOMPARE(contents(path(u"out"_s)).size(), 40);
-    for (const QString &file : contents(path(u"out"_s)))
-        QVERIFY(read(u"out/"_s + file).endsWith(",240\r") ||
-                read(u"out/"_s + file).startsWith("Layer,Tick,Angle\rDial,0,"));
-}
-
-void tst_ExporterSafety::limitsInput()
-{
-    QCOMPARE(mkfifo(qPrintable(path(u"fifo"_s)), 0600), 0);
-    QFile sparse(path(u"sparse"_s));
-    QVERIFY(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64(2048) * MiB));
-    write(u"wide"_s, read(u"Dial.gauge"_s) + QByteArray(MiB, ' '));
-    QDir().mkdir(path(u"folder.x"_s));
-    const ExporterRun result =
-        run("-q -j 1 -f csv -o out --input-limit 1 fifo /dev/zero folder.x sparse wide "
-            "/proc/self/mem");
-    const QByteArray tooLarge = ": It is larger than 1 MiB (--input-limit raises this).\n";
-    QCOMPARE(result.err, "fifo: It is not a regular file.\n/dev/zero: It is not a regular file.\n"
-                         "folder.x: It is a folder.\nsparse" +
-                             tooLarge + "wide" + tooLarge + "/proc/self/mem: Input/output error\n");
-    QCOMPARE(result.status, 1);
-    QCOMPARE(run("-q -f csv -o out wide").status, 0);
-    QCOMPARE(run("--input-limit 1 -", {.standardInput = u"/dev/zero"_s}).err, "standard input" + tooLarge);
-    QCOMPARE(run("-", {.standardInput = path({})}).err, QByteArray("standard input: Is a directory\n"));
-}
-
-void tst_ExporterSafety::limitsTicksAndArcs()
-{
-    // The rules for ticks are those of totalTickCount(), which has tests of its own.
-    constexpr int maxInt = std::numeric_limits<int>::max();
-    gaugeData data;
-    data.divisionCount = {2, 3, 4};
-    data.arcAngleLength = {10.0, 0.0, 10.0, 10.0}; // an arc without length is not drawn
-    write(u"Few.gauge"_s, gaugeOf(data));
-    data.divisionCount = {maxInt, maxInt, maxInt};
-    write(u"Most.gauge"_s, gaugeOf(data));
-    write(u"Many.gauge"_s, gaugeOfTicks(9'999'999)); // one more tick ends the sweep, and one arc
-    const auto message = [](const QByteArray &file, const QByteArray &count, const QByteArray &limit) {
-        return file + ": It has " + count + " ticks and arcs, more than the limit of " + limit +
-               " (--tick-limit raises this).\n";
-    };
-    QCOMPARE(run("-f csv --tick-limit 28 Few.gauge").status, 0);
-    QCOMPARE(run("--tick-limit 27 Few.gauge").err, message("Few.gauge", "28", "27"));
-    QCOMPARE(run("--tick-limit 27 Most.gauge").err,
-             message("Most.gauge", "18,446,744,073,709,551,615", "27"));
-    QCOMPARE(run("-f csv Many.gauge").err, message("Many.gauge", "10,000,001", "10,000,000"));
-}
-
-void tst_ExporterSafety::countsOnlySelectedLayers()
-{
-    writeGauge(u"Two.gauge"_s, {u"Few"_s, u"More"_s}); // 4 and 5 ticks, each with an arc
-    QCOMPARE(run("-l Few --tick-limit 5 -f csv Two.gauge").status, 0);
-    QCOMPARE(run("-l Few --tick-limit 4 -f svg Two.gauge").status, 1);
-}
-
-void tst_ExporterSafety::limitsTheSizeOfOutputs_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("decimals");
-    QTest::newRow("-f csv") << QString(2048, u'n') << 0;
-    QTest::newRow("-f svg") << u"n"_s << 30;
-    QTest::newRow("-f svg --text-as-paths") << u"n"_s << 0;
-    QTest::newRow("-f pdf --text-as-paths") << u"n"_s << 2;
-}
-
-void tst_ExporterSafety::limitsTheSizeOfOutputs()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, decimals);
-    gaugeData data;
-    data.divisionCount[0] = 1'000'000;
-    data.tickCountDecimalPlaces = decimals;
-    write(u"Large.gauge"_s, gaugeOf(data, 1, name));
-    const QStringList options = words(QTest::currentDataTag());
-    QCOMPARE(run(options + words("Large.gauge")).err,
-             "Large.gauge: The " + options.at(1).toUtf8() + " would be larger than 1 GiB.\n");
 }
 
 void tst_ExporterSafety::refusesNamesThatAreNotUtf8()
@@ -540,53 +298,6 @@ void tst_ExporterSafety::refusesNamesThatAreNotUtf8()
             .status,
         0);
     QVERIFY(QFile::exists(path(u"Uhr \u00fc \U0001f550.csv"_s)));
-}
-
-void tst_ExporterSafety::thumbnailsAreBounded_data()
-{
-    QTest::addColumn<QByteArray>("gauge");
-    QTest::addColumn<bool>("isDrawn");
-    gaugeData wide;
-    wide.roundedTickCaps = true;
-    wide.divisionCount[0] = 99'998;
-    wide.divisionLineWidth[0] = 1e300;
-    gaugeData arcs;
-    arcs.divisionCount[0] = -1;
-    arcs.arcAngleLength = {10, 10, 10, 10};
-    QTest::newRow("usual gauge") << gaugeOf({}, 10) << true;
-    QTest::newRow("many wide ticks") << gaugeOf(wide) << false;
-    wide.divisionCount[0] = 19'000;
-    QTest::newRow("fewer wide ticks") << gaugeOf(wide) << false;
-    QTest::newRow("many arcs") << gaugeOf(arcs, 60'000) << false;
-    QTest::newRow("many layers") << R"({"layers":[)" + QByteArray("0,").repeated(5'000'000) + "0]}" << false;
-    QTest::newRow("sparse") << QByteArray() << false;
-}
-
-void tst_ExporterSafety::thumbnailsAreBounded()
-{
-    if (hasAddressSanitizer)
-        QSKIP("AddressSanitizer needs more memory.");
-    QFETCH(const QByteArray, gauge);
-    QFETCH(const bool, isDrawn);
-    write(u"in"_s, gauge);
-    if (gauge.isEmpty())
-        QVERIFY(QFile::resize(path(u"in"_s), qint64(2048) * MiB));
-
-    QString command;
-    for (const QByteArray &line :
-         readFile(QStringLiteral(CORVALENCE_SOURCE "/packaging/desktop/corvalence.thumbnailer.in"))
-             .split('\n')) {
-        if (line.startsWith("Exec="))
-            command = QString::fromUtf8(line.sliced(5));
-    }
-    command.replace(u"@exporter_in_command@"_s, QStringLiteral(CORVALENCE_EXPORT));
-    command.replace(u"%s"_s, u"256"_s).replace(u"%i"_s, path(u"in"_s)).replace(u"%o"_s, path(u"out"_s));
-    const double before = childrenSeconds();
-    (void)run({u"-c"_s, command}, {.program = u"/bin/sh"_s});
-    const double seconds = childrenSeconds() - before;
-    QVERIFY2(seconds < 11.0, qPrintable(QString::number(seconds)));
-    if (isDrawn)
-        QVERIFY(read(u"out"_s).startsWith("\x89PNG"));
 }
 
 ADD_TEST_CLASS(tst_ExporterSafety)
