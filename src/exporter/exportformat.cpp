@@ -32,18 +32,19 @@ bool writePng(QIODevice &device, int size, const QList<gaugeLayer> &layers, cons
 }
 
 bool writeSvgFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
-                  int)
+                  int /*compression*/)
 {
     return writeSvg(device, size, dataOf(layers), style);
 }
 
 bool writePdfFile(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
-                  int)
+                  int /*compression*/)
 {
     return writePdf(device, size, dataOf(layers), style);
 }
 
-bool writeKeyframes(QIODevice &device, int, const QList<gaugeLayer> &layers, const PictureStyle &, int)
+bool writeKeyframes(QIODevice &device, int /*size*/, const QList<gaugeLayer> &layers,
+                    const PictureStyle & /*style*/, int /*compression*/)
 {
     // Not with a QTextStream: without enough memory its destructor ends the program.
     QStringEncoder encoder(QStringConverter::Utf8);
@@ -51,7 +52,8 @@ bool writeKeyframes(QIODevice &device, int, const QList<gaugeLayer> &layers, con
     return device.write(bytes) == bytes.size();
 }
 
-bool writeGauge(QIODevice &device, int, const QList<gaugeLayer> &layers, const PictureStyle &, int)
+bool writeGauge(QIODevice &device, int /*size*/, const QList<gaugeLayer> &layers,
+                const PictureStyle & /*style*/, int /*compression*/)
 {
     const QByteArray bytes = gaugeFile::write(layers);
     return device.write(bytes) == bytes.size();
@@ -60,7 +62,7 @@ bool writeGauge(QIODevice &device, int, const QList<gaugeLayer> &layers, const P
 /// The number of digits before the decimal point of the largest tick value.
 double digitCount(const gaugeData &layer)
 {
-    const double ticks = static_cast<double>(primaryTickCount(layer));
+    const auto ticks = static_cast<double>(primaryTickCount(layer));
     const double last = layer.tickCountStart + layer.tickCountIncrement * ticks;
     const double largest = std::max(std::abs(layer.tickCountStart), std::abs(last));
     constexpr double maxDigits = std::numeric_limits<double>::max_exponent10 + 1;
@@ -72,7 +74,7 @@ double primaryTicks(const gaugeData &layer)
     return static_cast<double>(std::max<qint64>(0, primaryTickCount(layer)));
 }
 
-double keyframesSize(const QList<gaugeLayer> &layers, const PictureStyle &)
+double keyframesSize(const QList<gaugeLayer> &layers, const PictureStyle & /*style*/)
 {
     constexpr double restOfLine = 16.0; // the angle and the separators
     double size = 0.0;

@@ -122,9 +122,9 @@ QString readLayers(const QByteArray &bytes, const QString &baseName, const Expor
 QString makeOutput(const Output &output, const QList<gaugeLayer> &layers, const ExportOptions &options,
                    QByteArray &bytes)
 {
-    constexpr qsizetype maxSize = 1024 * 1024 * 1024;
+    constexpr qsizetype maxSize = qsizetype(1024) * 1024 * 1024;
     const QString name = QLatin1String(output.format->name);
-    const QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
+    QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
     const PictureStyle style{.millimetres = options.printedSize(output.size),
                              .textAsPaths = options.textAsPaths};
     if (output.format->estimatedSize != nullptr) {
@@ -159,7 +159,7 @@ QString makeFile(const Output &output, const QString &gaugeId, const InputFiles 
     WriteResult result = checkOutputFile(output.path, options.existing);
     if (result.written && !options.dryRun) {
         QByteArray bytes;
-        const QString reason = makeOutput(output, layers, options, bytes);
+        QString reason = makeOutput(output, layers, options, bytes);
         if (!reason.isEmpty())
             return reason;
         result = writeOutputFile(output.path, bytes, options.existing);

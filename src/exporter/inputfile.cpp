@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr qint64 bytesPerMiB = 1024 * 1024;
+constexpr qint64 bytesPerMiB = qint64(1024) * 1024;
 
 // A layer takes about 1 KiB of memory, but may be two bytes long in the file.
 constexpr qsizetype maxLayerCount = 100'000;
@@ -27,7 +27,7 @@ QString tooLarge(qint64 maxSize)
 /// Reads an open file until its end or the limit, whatever size the file says it has.
 QString readAll(QFile &file, qint64 maxSize, QByteArray &bytes)
 {
-    constexpr qint64 chunkSize = 64 * 1024;
+    constexpr qint64 chunkSize = qint64(64) * 1024;
     while (bytes.size() <= maxSize * bytesPerMiB) {
         const QByteArray chunk = file.read(chunkSize);
         if (file.error() != QFileDevice::NoError)

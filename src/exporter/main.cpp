@@ -44,7 +44,7 @@ void ignoreSignals()
 }
 
 /// The arguments in UTF-8, as far as they can be decoded.
-QByteArrayList argumentList(int argc, char *argv[])
+QByteArrayList argumentList(int argc, char **argv)
 {
 #ifdef Q_OS_WIN
     // argv is in the system's code page, which does not hold all names.
