@@ -208,15 +208,20 @@ void tst_ExporterSafety::replacesOnlyRegularFiles()
     QCOMPARE(mkfifo(qPrintable(path(u"fifo"_s)), 0600), 0);
     QFile::link(u"/dev/full"_s, path(u"device"_s));
     QFile::link(u"nothing"_s, path(u"dangling"_s));
+    // A copy: the user that runs it may have no access to the build folder.
+    const QString copy = path(u"copy of the exporter"_s);
+    QVERIFY(QFile::copy(QStringLiteral(CORVALENCE_EXPORT), copy));
     const QStringList before = files();
     const QStringList arguments = words(QTest::currentDataTag());
     // An exporter that fails this test must not be able to replace the devices of the machine.
     QCOMPARE(chmod(qPrintable(path({})), 0777), 0);
-    const RunConditions unprivileged{.before = [] {
-        constexpr uid_t nobody = 65534;
-        if (geteuid() == 0 && setuid(nobody) != 0)
-            _exit(1);
-    }};
+    const RunConditions unprivileged{.before =
+                                         [] {
+                                             constexpr uid_t nobody = 65534;
+                                             if (geteuid() == 0 && setuid(nobody) != 0)
+                                                 _exit(1);
+                                         },
+                                     .program = copy};
     const ExporterRun result = run(words("--overwrite") + arguments, unprivileged);
     QCOMPARE(result.err, err.isEmpty() ? err : "Dial.gauge: " + err + '\n');
     QCOMPARE(run(arguments, unprivileged).err, result.err); // also without --overwrite
