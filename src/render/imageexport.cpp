@@ -74,11 +74,14 @@ void setAttribute(QByteArray &document, const QByteArray &attribute, const QByte
     document.replace(start, document.indexOf('"', start) - start, value);
 }
 
-/// Returns a null image when there is not enough memory. The system supplies zeroed pages at the first write,
-/// so that the empty parts of a large picture take no memory.
+/// The raster engine does not draw beyond this coordinate.
+constexpr int maxImageSize = 32767;
+
+/// Returns a null image for sizes outside 1 to maxImageSize or without enough memory. The system supplies
+/// zeroed pages at the first write, so that the empty parts of a large picture take no memory.
 QImage transparentImage(int size)
 {
-    if (size <= 0)
+    if (size <= 0 || size > maxImageSize)
         return {};
     const qsizetype bytesPerLine = qsizetype(size) * 4;
     void *const pixels = std::calloc(static_cast<size_t>(size), static_cast<size_t>(bytesPerLine));

@@ -16,7 +16,7 @@ struct PictureStyle
 
 /// Returns a square picture of @a size pixels of a stack of layers, on a transparent background, in
 /// QImage::Format_ARGB32. A printed size sets only the pixel density. Returns a null image when @a size is
-/// not positive or there is not enough memory.
+/// not from 1 to 32767 or there is not enough memory.
 ///
 /// The format matters: Qt blends small labels over transparent pixels differently on premultiplied images.
 [[nodiscard]] QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
