@@ -153,7 +153,7 @@ QByteArray damagedGaugeDocument(const QByteArray &original, Random &random)
 QByteArray joinedGaugeDocuments(const QByteArray &first, const QByteArray &second, Random &random)
 {
     QJsonArray layers = layersOf(first);
-    for (const QJsonValue &layer : layersOf(second)) {
+    for (const QJsonValue layer : layersOf(second)) {
         if (random.oneIn(2))
             layers.append(layer);
     }

@@ -163,7 +163,7 @@ QString tst_Golden::save(QLatin1StringView button, const QString &suffix)
 {
     QFETCH(const int, size);
     const QString name = QString::fromLatin1(QTest::currentDataTag());
-    const QString path = QCoreApplication::applicationDirPath() + u"/actual/"_s + name + suffix;
+    QString path = QCoreApplication::applicationDirPath() + u"/actual/"_s + name + suffix;
     QFile::remove(path);
 
     Editor editor;

@@ -164,7 +164,8 @@ void append(QStringList &lines, const QString &indent, const QString &prefix, co
         QLayoutItem &item = *layout.itemAt(index);
         QString place = cell(layout, index);
         if (item.alignment() != Qt::Alignment())
-            place += QLatin1String(QMetaEnum::fromType<Qt::Alignment>().valueToKeys(item.alignment())) + u' ';
+            place +=
+                QLatin1String(QMetaEnum::fromType<Qt::Alignment>().valueToKeys(int(item.alignment()))) + u' ';
         if (item.widget() != nullptr) {
             append(lines, inside, place, *item.widget());
         } else if (item.layout() != nullptr) {
