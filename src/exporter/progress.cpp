@@ -77,12 +77,12 @@ void Progress::showBar()
     constexpr int maxWidth = 40;
     constexpr int brackets = 3; // and a space
     // The last column stays empty: some terminals begin a new line after it.
-    const int room = terminalWidth() - 1 - static_cast<int>(count.size());
-    if (room < 0)
+    const int available = terminalWidth() - 1 - static_cast<int>(count.size());
+    if (available < 0)
         return;
     std::string line = count;
-    if (room > brackets) {
-        const auto width = static_cast<size_t>(std::min(maxWidth, room - brackets));
+    if (available > brackets) {
+        const auto width = static_cast<size_t>(std::min(maxWidth, available - brackets));
         const size_t filled = width * m_finishedCount / m_gaugeCount;
         line = '[' + std::string(filled, '#') + std::string(width - filled, '-') + "] " + count;
     }
