@@ -1,6 +1,7 @@
 #include "exporter/commandline.h"
 
 #include "exporter/outputnames.h"
+#include "tools/program.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -399,18 +400,6 @@ void OptionsReader::readOtherOptions()
     m_options.tickLimit =
         readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
     m_options.inputLimit = readCount<qint64>(m_definitions.inputLimit, m_options.inputLimit, maxInputLimit);
-}
-
-/// Decodes arguments. Those that are not UTF-8 are listed in @a notUtf8 with replacement characters.
-QStringList decodedArguments(const QByteArrayList &arguments, QStringList &notUtf8)
-{
-    QStringList texts{QCoreApplication::applicationName()};
-    for (const QByteArray &argument : arguments.mid(1)) {
-        texts.append(QString::fromUtf8(argument));
-        if (texts.constLast().toUtf8() != argument)
-            notUtf8.append(texts.constLast());
-    }
-    return texts;
 }
 
 } // namespace

@@ -3,15 +3,13 @@
 
 #include "exporter/exportformat.h"
 #include "exporter/pngfile.h"
+#include "tools/outputfile.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 inline constexpr double millimetresPerInch = 25.4;
-
-/// What happens to a file that exists already.
-enum class ExistingFile { Refuse, Overwrite, Keep };
 
 /// What to export and how. Plain values: parseCommandLine() checks that they are in range and go together.
 struct ExportOptions

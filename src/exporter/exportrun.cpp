@@ -2,11 +2,11 @@
 
 #include "exporter/exportoptions.h"
 #include "exporter/gaugeexport.h"
-#include "exporter/outputfile.h"
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
-#include "exporter/terminal.h"
 #include "exporter/workers.h"
+#include "tools/outputfile.h"
+#include "tools/terminal.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,15 +1,15 @@
 #include "exporter/gaugeexport.h"
 
 #include "exporter/exportoptions.h"
-#include "exporter/inputfile.h"
-#include "exporter/outputfile.h"
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
-#include "exporter/terminal.h"
 #include "model/gaugefile.h"
 #include "model/layernames.h"
 #include "render/imageexport.h"
 #include "render/sweep.h"
+#include "tools/inputfile.h"
+#include "tools/outputfile.h"
+#include "tools/terminal.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

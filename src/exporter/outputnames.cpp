@@ -1,5 +1,7 @@
 #include "exporter/outputnames.h"
 
+#include "tools/program.h"
+
 #include <QFileInfo>
 #include <QHash>
 
@@ -36,11 +38,6 @@ QString uniquePath(const QString &path, ExistingFile existing)
 }
 
 } // namespace
-
-QString nativeName(const QString &name)
-{
-    return name.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + name : name;
-}
 
 QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options)
 {

@@ -14,9 +14,6 @@ struct Output
     QString path;
 };
 
-/// The name of a file as Qt needs it: a name that begins with a colon would be a resource of the program.
-[[nodiscard]] QString nativeName(const QString &name);
-
 /// The files to make of a gauge.
 [[nodiscard]] QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options);
 

@@ -1,6 +1,6 @@
 #include "exporter/progress.h"
 
-#include "exporter/terminal.h"
+#include "tools/terminal.h"
 
 #include <algorithm>
 #include <cstdio>

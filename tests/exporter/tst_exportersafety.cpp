@@ -1,5 +1,5 @@
-#include "exporter/inputfile.h"
-#include "exporter/outputfile.h"
+#include "tools/inputfile.h"
+#include "tools/outputfile.h"
 #include "exporterrun.h"
 #include "model/gaugefile.h"
 #include "support/records.h"

@@ -1,6 +1,6 @@
-#include "exporter/outputfile.h"
+#include "tools/outputfile.h"
 
-#include "exporter/terminal.h"
+#include "tools/terminal.h"
 
 #include <QDir>
 #include <QFile>

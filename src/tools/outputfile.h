@@ -1,10 +1,11 @@
 #ifndef OUTPUTFILE_H
 #define OUTPUTFILE_H
 
-#include "exporter/exportoptions.h"
-
 #include <QByteArray>
 #include <QString>
+
+/// What happens to a file that exists already.
+enum class ExistingFile { Refuse, Overwrite, Keep };
 
 /// Identifies a file: the same text for all paths and links that lead to it. Empty when there is no such
 /// file.

@@ -1,4 +1,4 @@
-#include "exporter/inputfile.h"
+#include "tools/inputfile.h"
 
 #include <QFile>
 #include <QFileInfo>

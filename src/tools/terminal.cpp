@@ -1,4 +1,4 @@
-#include "exporter/terminal.h"
+#include "tools/terminal.h"
 
 #include <cerrno>
 #include <cstdio>
