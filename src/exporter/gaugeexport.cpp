@@ -3,10 +3,8 @@
 #include "exporter/exportoptions.h"
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
-#include "model/gaugefile.h"
-#include "model/layernames.h"
 #include "render/imageexport.h"
-#include "render/sweep.h"
+#include "tools/gaugeinput.h"
 #include "tools/inputfile.h"
 #include "tools/outputfile.h"
 #include "tools/terminal.h"
@@ -14,12 +12,10 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QLocale>
 #include <QThread>
 #include <QThreadPool>
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
 namespace {
@@ -86,35 +82,13 @@ QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
     return {};
 }
 
-QString checkTickCount(const QList<gaugeLayer> &layers, quint64 limit)
-{
-    constexpr quint64 maxCount = std::numeric_limits<quint64>::max();
-    quint64 count = 0;
-    for (const gaugeLayer &layer : layers) {
-        const auto &lengths = layer.data.arcAngleLength;
-        const auto arcs = static_cast<quint64>(lengths.size()) -
-                          static_cast<quint64>(std::ranges::count(lengths, 0.0)); // those are not drawn
-        const quint64 ticks = totalTickCount(layer.data);
-        count += std::min(ticks, maxCount - count);
-        count += std::min(arcs, maxCount - count);
-    }
-    if (count <= limit)
-        return {};
-    QLocale locale = QLocale::c();
-    locale.setNumberOptions(QLocale::DefaultNumberOptions); // with thousands separators
-    return QStringLiteral("It has %1 ticks and arcs, more than the limit of %2 (--tick-limit raises this).")
-        .arg(locale.toString(count), locale.toString(limit));
-}
-
 /// Reads the layers to export. Returns the reason for a failure.
 QString readLayers(const QByteArray &bytes, const QString &baseName, const ExportOptions &options,
                    QList<gaugeLayer> &layers)
 {
-    QString reason = checkIsGauge(bytes);
-    if (!reason.isEmpty() || !gaugeFile::read(bytes, &layers, &reason))
-        return reason;
-    nameUnnamedLayers(layers, baseName, LoadInto::CurrentRow, 1); // as in a new window, which has one row
-    reason = selectLayers(layers, options.layers);
+    QString reason = readGauge(bytes, baseName, layers);
+    if (reason.isEmpty())
+        reason = selectLayers(layers, options.layers);
     return reason.isEmpty() ? checkTickCount(layers, options.tickLimit) : reason;
 }
 
