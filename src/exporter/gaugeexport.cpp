@@ -3,6 +3,7 @@
 #include "exporter/exportoptions.h"
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
+#include "model/layerselection.h"
 #include "render/imageexport.h"
 #include "tools/gaugeinput.h"
 #include "tools/inputfile.h"
@@ -20,46 +21,6 @@
 
 namespace {
 
-/// The rows of the layers that one value of --layers stands for: of all layers with this name, or else with
-/// the names and numbers that the value lists. Sets @a unknown to a part that is neither.
-QList<qsizetype> findRows(const QString &value, const QList<gaugeLayer> &layers, QString &unknown)
-{
-    QList<qsizetype> rows;
-    const auto appendNamed = [&layers, &rows](const QString &name) {
-        const qsizetype before = rows.size();
-        for (qsizetype row = 0; row < layers.size(); ++row) {
-            if (layers.at(row).name == name)
-                rows.append(row);
-        }
-        return rows.size() > before;
-    };
-    if (appendNamed(value))
-        return rows;
-    for (const QString &part : value.split(QLatin1Char(','))) {
-        if (appendNamed(part.trimmed()))
-            continue;
-        bool isNumber = false;
-        const int number = part.toInt(&isNumber);
-        if (isNumber && number >= 1 && number <= layers.size())
-            rows.append(number - 1);
-        else
-            unknown = part.trimmed();
-    }
-    return rows;
-}
-
-QString unknownLayer(const QString &name, const QList<gaugeLayer> &layers)
-{
-    constexpr qsizetype maxNames = 20;
-    QStringList names;
-    for (const gaugeLayer &layer : layers.first(std::min(layers.size(), maxNames)))
-        names.append(QStringLiteral("\"%1\"").arg(layer.name));
-    if (layers.size() > maxNames)
-        names.append(QStringLiteral("and %1 more").arg(layers.size() - maxNames));
-    return QStringLiteral("There is no layer \"%1\". The layers are %2.")
-        .arg(name, names.join(QLatin1String(", ")));
-}
-
 /// Removes the layers that are not in @a wanted and keeps the order. Returns the reason for a failure.
 QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
 {
@@ -68,10 +29,10 @@ QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
     QList<bool> isSelected(layers.size(), false);
     for (const QString &value : wanted) {
         QString unknown;
-        for (const qsizetype row : findRows(value, layers, unknown))
+        for (const qsizetype row : findLayers(value, layers, unknown))
             isSelected[row] = true;
         if (!unknown.isNull())
-            return unknownLayer(unknown, layers);
+            return describeUnknownLayer(unknown, layers);
     }
     QList<gaugeLayer> selected;
     for (qsizetype row = 0; row < layers.size(); ++row) {
@@ -143,6 +104,11 @@ QString makeFile(const Output &output, const QString &gaugeId, const InputFiles 
     return result.reason;
 }
 
+QString inputLimitOption()
+{
+    return QStringLiteral("--input-limit");
+}
+
 /// Runs a part of an export. Running out of memory is a failure of this part only.
 QString withoutBadAlloc(const auto &work)
 {
@@ -165,7 +131,7 @@ QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const Ex
     if (reason.isEmpty()) {
         reason = withoutBadAlloc([&] {
             QByteArray bytes;
-            const QString failure = readInputFile(gaugePath, options.inputLimit, bytes);
+            const QString failure = readInputFile(gaugePath, options.inputLimit, bytes, inputLimitOption());
             return failure.isEmpty()
                        ? readLayers(bytes, QFileInfo(gaugePath).completeBaseName(), options, layers)
                        : failure;
@@ -187,7 +153,7 @@ QString exportStandardInput(const ExportOptions &options)
 {
     return withoutBadAlloc([&] {
         QByteArray bytes;
-        QString reason = readStandardInput(options.inputLimit, bytes);
+        QString reason = readStandardInput(options.inputLimit, bytes, inputLimitOption());
         if (!reason.isEmpty())
             return reason;
         // Without a file name the first layer gets the name of its row.

@@ -19,13 +19,14 @@ constexpr qint64 bytesPerMiB = qint64(1024) * 1024;
 // A layer takes about 1 KiB of memory, but may be two bytes long in the file.
 constexpr qsizetype maxLayerCount = 100'000;
 
-QString tooLarge(qint64 maxSize)
+QString tooLarge(qint64 maxSize, const QString &limitOption)
 {
-    return QStringLiteral("It is larger than %1 MiB (--input-limit raises this).").arg(maxSize);
+    const QString size = QStringLiteral("It is larger than %1 MiB").arg(maxSize);
+    return limitOption.isEmpty() ? size + u'.' : size + QStringLiteral(" (%1 raises this).").arg(limitOption);
 }
 
 /// Reads an open file until its end or the limit, whatever size the file says it has.
-QString readAll(QFile &file, qint64 maxSize, QByteArray &bytes)
+QString readAll(QFile &file, qint64 maxSize, QByteArray &bytes, const QString &limitOption)
 {
     constexpr qint64 chunkSize = qint64(64) * 1024;
     while (bytes.size() <= maxSize * bytesPerMiB) {
@@ -36,7 +37,7 @@ QString readAll(QFile &file, qint64 maxSize, QByteArray &bytes)
             return {};
         bytes.append(chunk);
     }
-    return tooLarge(maxSize);
+    return tooLarge(maxSize, limitOption);
 }
 
 QString checkJson(const QByteArray &json)
@@ -82,7 +83,7 @@ QString checkOlderForm(const QString &text)
 
 } // namespace
 
-QString readInputFile(const QString &path, qint64 maxSize, QByteArray &bytes)
+QString readInputFile(const QString &path, qint64 maxSize, QByteArray &bytes, const QString &limitOption)
 {
     const QFileInfo info(path);
     if (info.isDir())
@@ -90,19 +91,19 @@ QString readInputFile(const QString &path, qint64 maxSize, QByteArray &bytes)
     if (info.exists() && !info.isFile())
         return QStringLiteral("It is not a regular file.");
     if (info.size() > maxSize * bytesPerMiB)
-        return tooLarge(maxSize);
+        return tooLarge(maxSize, limitOption);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return file.errorString();
-    return readAll(file, maxSize, bytes);
+    return readAll(file, maxSize, bytes, limitOption);
 }
 
-QString readStandardInput(qint64 maxSize, QByteArray &bytes)
+QString readStandardInput(qint64 maxSize, QByteArray &bytes, const QString &limitOption)
 {
     QFile file;
     if (!file.open(stdin, QIODevice::ReadOnly))
         return file.errorString();
-    return readAll(file, maxSize, bytes);
+    return readAll(file, maxSize, bytes, limitOption);
 }
 
 QString checkIsGauge(const QByteArray &bytes)

@@ -1,0 +1,43 @@
+#include "model/layerselection.h"
+
+#include "model/gaugedata.h"
+
+#include <algorithm>
+
+QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layers, QString &unknown)
+{
+    QList<qsizetype> rows;
+    const auto appendNamed = [&layers, &rows](const QString &name) {
+        const qsizetype before = rows.size();
+        for (qsizetype row = 0; row < layers.size(); ++row) {
+            if (layers.at(row).name == name)
+                rows.append(row);
+        }
+        return rows.size() > before;
+    };
+    if (appendNamed(value))
+        return rows;
+    for (const QString &part : value.split(QLatin1Char(','))) {
+        if (appendNamed(part.trimmed()))
+            continue;
+        bool isNumber = false;
+        const int number = part.toInt(&isNumber);
+        if (isNumber && number >= 1 && number <= layers.size())
+            rows.append(number - 1);
+        else
+            unknown = part.trimmed();
+    }
+    return rows;
+}
+
+QString describeUnknownLayer(const QString &name, const QList<gaugeLayer> &layers)
+{
+    constexpr qsizetype maxNames = 20;
+    QStringList names;
+    for (const gaugeLayer &layer : layers.first(std::min(layers.size(), maxNames)))
+        names.append(QStringLiteral("\"%1\"").arg(layer.name));
+    if (layers.size() > maxNames)
+        names.append(QStringLiteral("and %1 more").arg(layers.size() - maxNames));
+    return QStringLiteral("There is no layer \"%1\". The layers are %2.")
+        .arg(name, names.join(QLatin1String(", ")));
+}

@@ -1,0 +1,18 @@
+#ifndef LAYERSELECTION_H
+#define LAYERSELECTION_H
+
+#include <QList>
+#include <QString>
+
+struct gaugeLayer;
+
+/// The rows of the layers that a text stands for: of all layers with this name, or else with the names and
+/// numbers that it lists, separated by commas. The bottom layer is number 1, in row 0. Sets @a unknown to a
+/// part that is neither.
+[[nodiscard]] QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layers,
+                                          QString &unknown);
+
+/// A message about a name that no layer has. It lists the names of the layers.
+[[nodiscard]] QString describeUnknownLayer(const QString &name, const QList<gaugeLayer> &layers);
+
+#endif
