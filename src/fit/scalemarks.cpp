@@ -1,0 +1,67 @@
+#include "fit/scalemarks.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// The part of a step by which a label may be outside of the range, because of rounding errors.
+constexpr double tolerance = 1e-9;
+
+/// Removes the rounding error of a product: 3 * 0.1 is not the number that is written 0.3.
+double rounded(double label)
+{
+    return QString::number(label, 'g', 12).toDouble();
+}
+
+} // namespace
+
+QList<double> steppedLabels(double min, double max, double step)
+{
+    const double first = std::ceil(min / step - tolerance);
+    const double last = std::floor(max / step + tolerance);
+    // Not true for NaN either.
+    const bool valid = std::isfinite(min) && std::isfinite(max) && std::isfinite(step) && step > 0.0 &&
+                       last - first < maxLabelCount;
+    if (!valid)
+        return {};
+
+    QList<double> labels;
+    for (double i = 0.0; i <= last - first; i += 1.0) {
+        const double label = rounded((first + i) * step);
+        labels.append(label == 0.0 ? 0.0 : label); // no negative zero, which would be written "-0"
+    }
+    return labels;
+}
+
+QList<double> roundLabels(double min, double max, int maxCount)
+{
+    if (!std::isfinite(max - min) || !(max > min) || maxCount < 2)
+        return {};
+
+    // Ten to this power gives at least as many labels as asked for.
+    const int exponent = static_cast<int>(std::floor(std::log10((max - min) / maxCount)));
+    for (int power = exponent; power <= exponent + 3; ++power) {
+        for (const int digit : {1, 2, 5}) {
+            const double step = rounded(digit * std::pow(10.0, power));
+            const QList<double> labels = steppedLabels(min, max, step);
+            if (labels.size() >= 2 && labels.size() <= maxCount)
+                return labels;
+        }
+    }
+    return {};
+}
+
+int labelDecimals(const QList<double> &labels)
+{
+    constexpr int maxDecimals = 6; // of the editor's form
+    int decimals = 0;
+    const auto isExact = [&decimals](double label) {
+        return QString::number(label, 'f', decimals).toDouble() == label;
+    };
+    while (decimals < maxDecimals && !std::all_of(labels.cbegin(), labels.cend(), isExact))
+        ++decimals;
+    return decimals;
+}
