@@ -7,18 +7,25 @@
 QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layers, QString &unknown)
 {
     QList<qsizetype> rows;
-    const auto appendNamed = [&layers, &rows](const QString &name) {
+    const auto append = [&layers, &rows](const auto &isMeant) {
         const qsizetype before = rows.size();
         for (qsizetype row = 0; row < layers.size(); ++row) {
-            if (layers.at(row).name == name)
+            if (isMeant(layers.at(row).name))
                 rows.append(row);
         }
         return rows.size() > before;
     };
+    const auto appendNamed = [&append](const QString &text) {
+        return append([&text](const QString &name) { return name == text; });
+    };
+    const auto appendMatching = [&append](const QString &text) {
+        return text.endsWith(QLatin1Char('*')) &&
+               append([&text](const QString &name) { return name.startsWith(text.chopped(1)); });
+    };
     if (appendNamed(value))
         return rows;
     for (const QString &part : value.split(QLatin1Char(','))) {
-        if (appendNamed(part.trimmed()))
+        if (appendNamed(part.trimmed()) || appendMatching(part.trimmed()))
             continue;
         bool isNumber = false;
         const int number = part.toInt(&isNumber);

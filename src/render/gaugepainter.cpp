@@ -249,7 +249,13 @@ void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers, con
     painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size * sizePerUnit, size * sizePerUnit);
-    paintCentreDot(painter);
+    if (style.rotation != 0.0) {
+        painter.translate(centre, centre);
+        painter.rotate(style.rotation);
+        painter.translate(-centre, -centre);
+    }
+    if (style.centreDot)
+        paintCentreDot(painter);
 
     for (const gaugeData &layer : layers) {
         paintArcs(canvas, layer);

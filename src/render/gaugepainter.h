@@ -17,13 +17,16 @@ struct PaintStyle
 {
     bool textAsPaths = false; ///< Draw labels as filled paths, so that viewers do not need the font.
     double hairline = 0.0;    ///< Width in canvas units of lines with width 0; 0 is one device pixel.
+    bool centreDot = true;    ///< Draw the white dot at the centre.
+    double rotation = 0.0;    ///< Degrees by which the drawing is turned clockwise about the centre; finite.
 };
 
 /// Draws the layers, bottom layer first, on a painter whose device is @a size by @a size pixels.
 ///
-/// Draws the white centre dot first. Then draws for each layer its four arcs and, for each primary tick, the
-/// tick, its label and the secondary and tertiary ticks up to the next primary tick. Does not restore the
-/// painter's state: it stays scaled by @a size / canvasSize and keeps the last pen, brush and font.
+/// Draws the white centre dot first, unless @a style omits it. Then draws for each layer its four arcs and,
+/// for each primary tick, the tick, its label and the secondary and tertiary ticks up to the next primary
+/// tick. Does not restore the painter's state: it stays scaled by @a size / canvasSize and keeps the last
+/// pen, brush and font.
 ///
 /// Accepts all values, including NaN and infinity. The time needed grows with the number of ticks; see
 /// totalTickCount().

@@ -23,6 +23,11 @@ constexpr double pointsPerInch = 72.0;
 /// The resolution of the editor's display, at which label fonts are measured on every device.
 constexpr int dotsPerInch = 96;
 
+PaintStyle paintStyle(const PictureStyle &style)
+{
+    return {.textAsPaths = style.textAsPaths, .centreDot = style.centreDot, .rotation = style.rotation};
+}
+
 /// Escapes a text for an XML attribute and removes the characters that XML does not allow.
 QString inAttribute(QString text)
 {
@@ -50,7 +55,7 @@ QByteArray familyAttribute(const QString &family)
 }
 
 /// Returns an SVG whose width and height are @a size pixels.
-QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool textAsPaths)
+QByteArray svgInPixels(int size, const QList<gaugeData> &layers, const PictureStyle &style)
 {
     QBuffer drawing;
     QSvgGenerator generator;
@@ -62,7 +67,7 @@ QByteArray svgInPixels(int size, const QList<gaugeData> &layers, bool textAsPath
     generator.setDescription(
         QCoreApplication::translate("Window", "A gauge generated in Corvalence 2Saved to SVG."));
     QPainter painter(&generator);
-    paintGauge(painter, size, layers, {.textAsPaths = textAsPaths});
+    paintGauge(painter, size, layers, paintStyle(style));
     painter.end();
     return drawing.data();
 }
@@ -102,7 +107,9 @@ QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &
     if (image.isNull())
         return image;
     QPainter painter(&image);
-    paintGauge(painter, size, layers);
+    PaintStyle options = paintStyle(style);
+    options.textAsPaths = false;
+    paintGauge(painter, size, layers, options);
     painter.end();
     // After painting: the density of an image changes the size of fonts.
     if (style.millimetres > 0.0) {
@@ -125,7 +132,7 @@ bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const
         return false;
     // Written to memory first: QSvgGenerator does not report write errors, does not escape font families, and
     // takes whole pixels only; another resolution would change the size of the fonts.
-    QByteArray document = svgInPixels(size, layers, style.textAsPaths);
+    QByteArray document = svgInPixels(size, layers, style);
     for (const QString &family : oddFamilies(layers))
         document.replace(familyAttribute(family), familyAttribute(inAttribute(family)));
     if (style.millimetres > 0.0) {
@@ -157,8 +164,9 @@ bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const
         return false;
     const double pagePixelsPerPixel = inches * dotsPerInch / size;
     painter.scale(pagePixelsPerPixel, pagePixelsPerPixel);
-    paintGauge(painter, size, layers,
-               {.textAsPaths = style.textAsPaths, .hairline = double(canvasSize) / size});
+    PaintStyle options = paintStyle(style);
+    options.hairline = double(canvasSize) / size;
+    paintGauge(painter, size, layers, options);
     if (!painter.end())
         return false;
 

@@ -12,6 +12,8 @@ struct PictureStyle
 {
     double millimetres = 0.0; ///< The printed width and height; 0 leaves it to the format.
     bool textAsPaths = false; ///< Draws the labels of SVG and PDF files as paths, which need no font.
+    bool centreDot = true;    ///< Draws the white dot at the centre.
+    double rotation = 0.0;    ///< Degrees by which the gauge is turned clockwise about its centre; finite.
 };
 
 /// Returns a square picture of @a size pixels of a stack of layers, on a transparent background, in
