@@ -1,6 +1,7 @@
 #include "render/gaugepainter.h"
 
 #include "model/gaugedata.h"
+#include "render/labels.h"
 #include "render/rasterlimits.h"
 #include "render/sweep.h"
 
@@ -19,12 +20,6 @@ namespace {
 constexpr double centre = canvasSize / 2.0;
 constexpr double dotDiameter = 6.0;
 constexpr double labelBoxSide = 100.0;
-
-/// No double has more decimals than this. A larger precision only adds zeros.
-constexpr int maxDecimals = 1074;
-
-/// Qt stores font sizes in pixels as an int. When that overflows, it draws rotated text in an endless loop.
-constexpr double maxPointSize = 1e6;
 
 /// A direction from the centre, given in degrees counter-clockwise from 3 o'clock.
 class Direction
@@ -136,16 +131,6 @@ bool nearlyEqual(const QTransform &a, const QTransform &b)
            close(a.m22(), b.m22()) && close(a.dx(), b.dx()) && close(a.dy(), b.dy());
 }
 
-/// Returns the layer's label font with its size limited to maxPointSize.
-QFont labelFont(const gaugeData &layer)
-{
-    QFont font = layer.tickCountFont;
-    const double size = font.pointSizeF();
-    if (size > maxPointSize || std::isnan(size))
-        font.setPointSizeF(maxPointSize);
-    return font;
-}
-
 /// Draws @a text centred in @a box with the painter's font and pen colour.
 void paintLabelText(QPainter &painter, const QRectF &box, const QString &text, const PaintStyle &style)
 {
@@ -169,7 +154,7 @@ void paintLabel(const Canvas &canvas, const gaugeData &layer, const QFont &font,
     QPainter &painter = canvas.painter;
     constexpr double half = labelBoxSide / 2.0;
     const QPointF anchor = Direction(angle).pointAt(faceRadius * layer.tickCountRadius);
-    const QString text = QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, maxDecimals));
+    const QString text = labelText(layer, value);
     painter.setFont(font);
     painter.setPen(pen);
 
