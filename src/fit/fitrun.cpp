@@ -1,0 +1,259 @@
+#include "fit/fitrun.h"
+
+#include "fit/fitoptions.h"
+#include "fit/fitreport.h"
+#include "fit/gaugecheck.h"
+#include "fit/scalecurve.h"
+#include "fit/scalefit.h"
+#include "fit/scalelabels.h"
+#include "fit/scalelook.h"
+#include "fit/scalemarks.h"
+#include "fit/tablereader.h"
+#include "model/gaugefile.h"
+#include "model/layerselection.h"
+#include "render/labels.h"
+#include "render/sweep.h"
+#include "tools/gaugeinput.h"
+#include "tools/inputfile.h"
+#include "tools/outputfile.h"
+#include "tools/terminal.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <new>
+#include <optional>
+
+namespace {
+
+constexpr qint64 maxTableSize = 1; // MiB
+constexpr qint64 maxGaugeSize = 64;
+
+const QLatin1String standardStream("-");
+
+QString tableName(const FitOptions &options)
+{
+    return options.table == standardStream ? QStringLiteral("standard input") : options.table;
+}
+
+/// Reads the table. Returns the reason for a failure.
+QString readCurve(const FitOptions &options, std::optional<ScaleCurve> &curve)
+{
+    constexpr double maxAngle = 36'000.0;
+    QByteArray bytes;
+    const QString reason = options.table == standardStream
+                               ? readStandardInput(maxTableSize, bytes)
+                               : readInputFile(options.table, maxTableSize, bytes);
+    if (!reason.isEmpty())
+        return reason;
+    MeasuredTable table = readTable(bytes);
+    if (!table.failure.isEmpty())
+        return table.failure;
+    for (QPointF &point : table.points) {
+        if (options.map)
+            point.setY(options.map->angle(point.y()));
+        if (!(std::abs(point.y()) <= maxAngle)) {
+            return QStringLiteral("the value %1 has the angle %2; angles are limited to 100 turns")
+                .arg(point.x())
+                .arg(point.y());
+        }
+    }
+    curve.emplace(table.points, options.straight ? ScaleCurve::Kind::Straight : ScaleCurve::Kind::Smooth,
+                  options.extrapolate);
+    return {};
+}
+
+/// Chooses the marks. Returns the reason for a failure.
+QString chooseMarks(const FitOptions &options, const ScaleCurve &curve, const gaugeData &look,
+                    ScaleMarks &marks)
+{
+    const QString points =
+        QStringLiteral("the points, which go from %1 to %2").arg(curve.minValue()).arg(curve.maxValue());
+    marks.minor = options.minor;
+    marks.subminor = options.subminor;
+    marks.withoutSign = options.withoutSign;
+    if (!options.labels.isEmpty())
+        marks.labels = options.labels;
+    else if (options.step > 0.0)
+        marks.labels = steppedLabels(curve.minValue(), curve.maxValue(), options.step);
+    else
+        marks.labels = chooseLabels(curve, look);
+    if (marks.labels.isEmpty())
+        return QStringLiteral("--step %1 gives no label or more than %2 within %3")
+            .arg(options.step)
+            .arg(maxLabelCount)
+            .arg(points);
+    for (const double label : std::as_const(marks.labels)) {
+        if (std::isnan(curve.angle(label)))
+            return QStringLiteral("the label %1 is beyond %2 (--extrapolate allows this)")
+                .arg(label)
+                .arg(points);
+    }
+    marks.decimals = options.decimals >= 0 ? options.decimals : labelDecimals(marks.labels);
+    return {};
+}
+
+/// Gives the labels of a layer only the decimals that they need.
+void shortenLabels(gaugeData &layer)
+{
+    const auto values = [](const gaugeData &data) {
+        QList<double> numbers;
+        for (const GaugeLabel &label : gaugeLabels(data))
+            numbers.append(label.text.toDouble());
+        return numbers;
+    };
+    layer.tickCountDecimalPlaces = std::min(layer.tickCountDecimalPlaces, labelDecimals(values(layer)));
+}
+
+qsizetype markCount(const ScaleMarks &marks)
+{
+    const qsizetype gaps = marks.labels.size() - 1;
+    return marks.labels.size() + gaps * (qsizetype(marks.minor) * marks.subminor - 1);
+}
+
+void printReport(const QString &text)
+{
+    for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
+        std::fprintf(stderr, "%s\n", maskControlCharacters(line).c_str());
+}
+
+/// Whether the output would replace a file that is read. Only --into may be replaced.
+QString checkReplacesNoInput(const FitOptions &options)
+{
+    for (const QString &output : {options.output, options.angleTable}) {
+        for (const QString &input : {options.table, options.style}) {
+            if (!fileId(output).isEmpty() && fileId(output) == fileId(input))
+                return QStringLiteral("%1 is read and is not replaced.").arg(output);
+        }
+    }
+    return {};
+}
+
+QString writeOutput(const QString &path, const QByteArray &bytes, ExistingFile existing)
+{
+    return path == standardStream ? writeStandardOutput(bytes)
+                                  : writeOutputFile(path, bytes, existing).reason;
+}
+
+/// Makes the gauge. Returns the reason for a failure.
+QString makeGauge(const FitOptions &options)
+{
+    QString reason = checkReplacesNoInput(options);
+    if (reason.isEmpty() && options.output != standardStream)
+        reason = checkOutputFile(options.output, options.existing).reason;
+    if (reason.isEmpty() && !options.angleTable.isEmpty())
+        reason = checkOutputFile(options.angleTable, options.existing).reason;
+    if (!reason.isEmpty())
+        return reason;
+
+    const QString table = tableName(options) + QLatin1String(": ");
+    std::optional<ScaleCurve> curve;
+    reason = readCurve(options, curve);
+    if (!reason.isEmpty())
+        return table + reason;
+    ScalePlace place = readScalePlace(options);
+    if (!place.failure.isEmpty())
+        return place.failure;
+    ScaleMarks marks;
+    reason = chooseMarks(options, *curve, place.look, marks);
+    if (!reason.isEmpty())
+        return table + reason;
+    ScaleFit fit = fitScale(*curve, marks, options.maxError, place.look);
+    if (!fit.failure.isEmpty())
+        return table + fit.failure;
+    if (options.decimals < 0) {
+        for (gaugeLayer &layer : fit.layers)
+            shortenLabels(layer.data);
+    }
+    const QList<gaugeLayer> layers = withRanges(fit.layers, options, *curve, reason);
+    if (!reason.isEmpty())
+        return table + reason;
+
+    FitReport report{.output = options.output == standardStream ? QStringLiteral("standard output")
+                                                                : options.output,
+                     .scale = fit.layers,
+                     .labelCount = marks.labels.size(),
+                     .markCount = markCount(marks),
+                     .maxError = options.maxError,
+                     .worstError = fit.worstError,
+                     .worstValue = fit.worstValue,
+                     .overlaps = overlappingLabels(fit.layers)};
+    for (qsizetype index = 0; index < layers.size(); ++index)
+        place.layers.insert(place.row + index, layers.at(index));
+    reason = writeOutput(options.output, gaugeFile::write(place.layers), options.existing);
+    if (!reason.isEmpty())
+        return reason;
+    printReport(options.jsonReport ? fitReportJson(report) : fitReportText(report));
+    return {};
+}
+
+/// Reads the layers to check. Returns the reason for a failure.
+QString readCheckedLayers(const FitOptions &options, QList<gaugeLayer> &layers)
+{
+    constexpr qint64 maxCheckedLabels = 1'000'000;
+    QByteArray bytes;
+    QString reason = readInputFile(options.checkedGauge, maxGaugeSize, bytes);
+    if (reason.isEmpty())
+        reason = readGauge(bytes, QFileInfo(options.checkedGauge).completeBaseName(), layers);
+    if (!reason.isEmpty())
+        return reason;
+    if (!options.checkedLayers.isEmpty()) {
+        QString unknown;
+        const QList<qsizetype> rows = findLayers(options.checkedLayers, layers, unknown);
+        if (!unknown.isNull())
+            return describeUnknownLayer(unknown, layers);
+        QList<gaugeLayer> selected;
+        for (const qsizetype row : rows)
+            selected.append(layers.at(row));
+        layers = selected;
+    }
+    qint64 labels = 0;
+    for (const gaugeLayer &layer : std::as_const(layers))
+        labels += layer.data.tickCountEnabled ? std::max<qint64>(0, primaryTickCount(layer.data)) : 0;
+    if (labels > maxCheckedLabels)
+        return QStringLiteral("It has %1 labels, more than the limit of %2.")
+            .arg(labels)
+            .arg(maxCheckedLabels);
+    return {};
+}
+
+/// Compares a gauge with the table. Returns the reason for a failure.
+QString checkGauge(const FitOptions &options, bool &passed)
+{
+    std::optional<ScaleCurve> curve;
+    QString reason = readCurve(options, curve);
+    if (!reason.isEmpty())
+        return tableName(options) + QLatin1String(": ") + reason;
+    QList<gaugeLayer> layers;
+    reason = readCheckedLayers(options, layers);
+    if (!reason.isEmpty())
+        return options.checkedGauge + QLatin1String(": ") + reason;
+
+    const CheckReport report{.gauge = options.checkedGauge,
+                             .table = tableName(options),
+                             .marks = checkMarks(layers, *curve, options.withoutSign),
+                             .maxError = options.maxError};
+    if (report.marks.isEmpty())
+        return options.checkedGauge + QLatin1String(": It has no label that could be checked.");
+    passed = report.failures().isEmpty();
+    printReport(options.jsonReport ? checkReportJson(report) : checkReportText(report));
+    return {};
+}
+
+} // namespace
+
+ExitStatus runFit(const FitOptions &options)
+{
+    bool passed = true;
+    QString reason;
+    try {
+        reason = options.checkedGauge.isEmpty() ? makeGauge(options) : checkGauge(options, passed);
+    } catch (const std::bad_alloc &) {
+        reason = QStringLiteral("There is not enough memory.");
+    }
+    if (!reason.isEmpty())
+        return fail(reason);
+    return passed ? AllMade : SomeFailed;
+}
