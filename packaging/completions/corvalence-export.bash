@@ -40,14 +40,14 @@ _corvalence_export() {
             mapfile -t COMPREPLY < <(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$current")
             return
             ;;
-        -l | --layers | --mm | --dpi | -j | --jobs | --tick-limit | --input-limit)
+        -l | --layers | --split | --needle-angle | --mm | --dpi | -j | --jobs | --tick-limit | --input-limit)
             return
             ;;
     esac
 
     if [[ $current == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --text-as-paths
-            --mm --dpi --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --split
+            --needle-angle --text-as-paths --mm --dpi --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
         return
     fi
     compopt -o filenames

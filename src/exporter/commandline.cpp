@@ -71,8 +71,21 @@ struct OptionDefinitions
         {QStringLiteral("l"), QStringLiteral("layers")},
         QStringLiteral("Export only these layers, given by name or by number. The bottom "
                        "layer is number 1. Separate several by commas or repeat the "
-                       "option."),
+                       "option. \"Needle*\" is every layer whose name begins so."),
         QStringLiteral("list")};
+    QCommandLineOption split{
+        QStringLiteral("split"),
+        QStringLiteral(
+            "Split pictures into -face, -needle and -cover. The list names the neighbouring layers "
+            "that make the needle, as for --layers. "
+            "The needle is turned to 12 o'clock. Repeat the option for several needles."),
+        QStringLiteral("list")};
+    QCommandLineOption needleAngle{
+        QStringLiteral("needle-angle"),
+        QStringLiteral("The angle at which the needle of --split is drawn, clockwise from 12 o'clock. For "
+                       "several needles repeat the option in the order of --split. Default: the angle of the "
+                       "first tick of the needle's first layer."),
+        QStringLiteral("degrees")};
     QCommandLineOption textAsPaths{
         QStringLiteral("text-as-paths"),
         QStringLiteral("Draw the labels of SVG and PDF pictures as paths, which need no font.")};
@@ -150,6 +163,7 @@ public:
         readFormats();
         readDimensions();
         readNameTemplate();
+        readNeedles();
         readFiles();
         readOutputFile();
         readStandardInput();
@@ -177,10 +191,12 @@ private:
     void readFiles();
     void readOutputFile();
     void readStandardInput();
+    void readNeedles();
     void readOtherOptions();
     void addFormat(const QString &name);
     [[nodiscard]] bool makesOneFile() const;
     [[nodiscard]] bool makesPictures() const;
+    [[nodiscard]] bool splitsPictures() const { return makesPictures() && !m_options.needles.isEmpty(); }
     [[nodiscard]] double readLength(const QCommandLineOption &option);
     template <typename Number>
     [[nodiscard]] Number readCount(const QCommandLineOption &option, Number defaultCount, Number maxCount);
@@ -320,6 +336,25 @@ void OptionsReader::readNameTemplate()
         refuse(QStringLiteral("the name template must contain {size} when there are several sizes"));
 }
 
+void OptionsReader::readNeedles()
+{
+    const QStringList needles = m_parser.values(m_definitions.split);
+    const QStringList angles = m_parser.values(m_definitions.needleAngle);
+    if (angles.size() > needles.size())
+        refuse(QStringLiteral("--needle-angle belongs to a --split"));
+    for (qsizetype i = 0; i < needles.size(); ++i) {
+        m_options.needles.append({needles.at(i), {}});
+        if (i >= angles.size())
+            continue;
+        bool isNumber = false;
+        const double angle = angles.at(i).toDouble(&isNumber);
+        if (!isNumber || !std::isfinite(angle))
+            refuse(QStringLiteral("\"%1\" is not a value for --needle-angle; it must be a number of degrees")
+                       .arg(angles.at(i)));
+        m_options.needles.last().angle = angle;
+    }
+}
+
 void OptionsReader::readFiles()
 {
     for (const QString &name : m_parser.positionalArguments())
@@ -354,6 +389,8 @@ void OptionsReader::readOutputFile()
         refuse(QStringLiteral("--to needs the name of a file"));
     if (m_options.files.size() > 1 || !makesOneFile())
         refuse(QStringLiteral("--to needs one gauge, one format and one size"));
+    if (splitsPictures())
+        refuse(QStringLiteral("--split makes several files of a picture; --to names only one"));
     if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate))
         refuse(QStringLiteral("--to gives the whole name; --output and --name-template cannot be given too"));
 }
@@ -368,6 +405,8 @@ void OptionsReader::readStandardInput()
         refuse(QStringLiteral("standard input (-) must be the only file"));
     if (!makesOneFile())
         refuse(QStringLiteral("standard input (-) is exported in one format and one size"));
+    if (splitsPictures())
+        refuse(QStringLiteral("--split makes several files of a picture; standard output takes only one"));
     if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate) ||
         m_parser.isSet(m_definitions.to))
         refuse(
@@ -415,11 +454,13 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
         QStringLiteral("Gauge files, in the current or the older form. A single - reads one gauge from "
                        "standard input and writes to standard output."),
         QStringLiteral("FILE..."));
-    parser.addOptions({definitions.help, definitions.version, definitions.formats, definitions.output,
-                       definitions.to, definitions.size, definitions.nameTemplate, definitions.layers,
-                       definitions.textAsPaths, definitions.mm, definitions.dpi, definitions.compression,
-                       definitions.jobs, definitions.overwrite, definitions.keep, definitions.dryRun,
-                       definitions.quiet, definitions.tickLimit, definitions.inputLimit});
+    parser.addOptions({definitions.help,         definitions.version,     definitions.formats,
+                       definitions.output,       definitions.to,          definitions.size,
+                       definitions.nameTemplate, definitions.layers,      definitions.split,
+                       definitions.needleAngle,  definitions.textAsPaths, definitions.mm,
+                       definitions.dpi,          definitions.compression, definitions.jobs,
+                       definitions.overwrite,    definitions.keep,        definitions.dryRun,
+                       definitions.quiet,        definitions.tickLimit,   definitions.inputLimit});
 
     QStringList notUtf8;
     const auto wrongUsage = [](const QString &error) {

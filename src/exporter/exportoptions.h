@@ -3,6 +3,7 @@
 
 #include "exporter/exportformat.h"
 #include "exporter/pngfile.h"
+#include "render/gaugeparts.h"
 #include "tools/outputfile.h"
 
 #include <QList>
@@ -25,6 +26,7 @@ struct ExportOptions
     QString pictureNames = QStringLiteral("{name}");
     QString otherNames = QStringLiteral("{name}");
     QStringList layers;                   ///< The layers to export, by name or number. Empty: all.
+    QList<NeedleChoice> needles;          ///< Pictures are split into face, needles and cover. Empty: not.
     bool textAsPaths = false;             ///< Draw labels as paths.
     double millimetres = 0.0;             ///< The printed size of the pictures. 0: from the density.
     double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the printed size.

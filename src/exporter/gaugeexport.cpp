@@ -21,6 +21,20 @@
 
 namespace {
 
+/// What is exported of a gauge file.
+struct Gauge
+{
+    QList<gaugeLayer> layers;
+    QList<GaugePart> parts; ///< Empty when its pictures are not split.
+
+    /// The part of this name. Null when there is none.
+    [[nodiscard]] const GaugePart *part(const QString &name) const
+    {
+        const auto found = std::ranges::find(parts, name, &GaugePart::name);
+        return found == parts.end() ? nullptr : &*found;
+    }
+};
+
 /// Removes the layers that are not in @a wanted and keeps the order. Returns the reason for a failure.
 QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
 {
@@ -43,25 +57,35 @@ QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
     return {};
 }
 
-/// Reads the layers to export. Returns the reason for a failure.
-QString readLayers(const QByteArray &bytes, const QString &baseName, const ExportOptions &options,
-                   QList<gaugeLayer> &layers)
+/// Reads the gauge to export. Returns the reason for a failure.
+QString readForExport(const QByteArray &bytes, const QString &baseName, const ExportOptions &options,
+                      Gauge &gauge)
 {
-    QString reason = readGauge(bytes, baseName, layers);
+    QString reason = readGauge(bytes, baseName, gauge.layers);
     if (reason.isEmpty())
-        reason = selectLayers(layers, options.layers);
-    return reason.isEmpty() ? checkTickCount(layers, options.tickLimit) : reason;
+        reason = selectLayers(gauge.layers, options.layers);
+    if (reason.isEmpty())
+        reason = checkTickCount(gauge.layers, options.tickLimit);
+    if (!reason.isEmpty() || options.needles.isEmpty())
+        return reason;
+    const GaugeParts split = splitGauge(gauge.layers, options.needles);
+    gauge.parts = split.parts;
+    return split.failure;
 }
 
 /// Makes the bytes of one output. Returns the reason for a failure.
-QString makeOutput(const Output &output, const QList<gaugeLayer> &layers, const ExportOptions &options,
-                   QByteArray &bytes)
+QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions &options, QByteArray &bytes)
 {
     constexpr qsizetype maxSize = qsizetype(1024) * 1024 * 1024;
     const QString name = QLatin1String(output.format->name);
     QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
-    const PictureStyle style{.millimetres = options.printedSize(output.size),
-                             .textAsPaths = options.textAsPaths};
+    PictureStyle style{.millimetres = options.printedSize(output.size), .textAsPaths = options.textAsPaths};
+    QList<gaugeLayer> layers = gauge.layers;
+    if (const GaugePart *const part = gauge.part(output.part)) {
+        layers = part->layers;
+        style.centreDot = part == &gauge.parts.constFirst();
+        style.rotation = -part->needleAngle;
+    }
     if (output.format->estimatedSize != nullptr) {
         const double size = output.format->estimatedSize(layers, style);
         if (size > static_cast<double>(maxSize))
@@ -83,9 +107,12 @@ QString makeOutput(const Output &output, const QList<gaugeLayer> &layers, const 
 }
 
 /// Makes and writes one file. Returns the reason for a failure.
-QString makeFile(const Output &output, const QString &gaugeId, const InputFiles &inputs,
-                 const QList<gaugeLayer> &layers, const ExportOptions &options, Progress &progress)
+QString makeFile(const Output &output, const QString &gaugeId, const InputFiles &inputs, const Gauge &gauge,
+                 const ExportOptions &options, Progress &progress)
 {
+    const GaugePart *const part = gauge.part(output.part);
+    if (part != nullptr && part->layers.isEmpty())
+        return {};
     const QString id = fileId(output.path);
     const bool updatesGauge = output.format == findExportFormat(QStringLiteral("gauge")) && id == gaugeId;
     if (!id.isEmpty() && inputs.contains(id) && !updatesGauge && options.existing != ExistingFile::Keep)
@@ -94,7 +121,7 @@ QString makeFile(const Output &output, const QString &gaugeId, const InputFiles 
     WriteResult result = checkOutputFile(output.path, options.existing);
     if (result.written && !options.dryRun) {
         QByteArray bytes;
-        QString reason = makeOutput(output, layers, options, bytes);
+        QString reason = makeOutput(output, gauge, options, bytes);
         if (!reason.isEmpty())
             return reason;
         result = writeOutputFile(output.path, bytes, options.existing);
@@ -126,14 +153,14 @@ QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const Ex
 {
     if (options.notUtf8.contains(gaugePath))
         return QStringLiteral("Its name is not UTF-8.");
-    QList<gaugeLayer> layers;
+    Gauge gauge;
     QString reason = checkBaseName(gaugePath, options);
     if (reason.isEmpty()) {
         reason = withoutBadAlloc([&] {
             QByteArray bytes;
             const QString failure = readInputFile(gaugePath, options.inputLimit, bytes, inputLimitOption());
             return failure.isEmpty()
-                       ? readLayers(bytes, QFileInfo(gaugePath).completeBaseName(), options, layers)
+                       ? readForExport(bytes, QFileInfo(gaugePath).completeBaseName(), options, gauge)
                        : failure;
         });
     }
@@ -142,7 +169,7 @@ QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const Ex
     const QString gaugeId = fileId(gaugePath);
     for (const Output &output : outputsOf(gaugePath, options)) {
         const QString failure =
-            withoutBadAlloc([&] { return makeFile(output, gaugeId, inputs, layers, options, progress); });
+            withoutBadAlloc([&] { return makeFile(output, gaugeId, inputs, gauge, options, progress); });
         if (reason.isEmpty())
             reason = failure;
     }
@@ -157,15 +184,15 @@ QString exportStandardInput(const ExportOptions &options)
         if (!reason.isEmpty())
             return reason;
         // Without a file name the first layer gets the name of its row.
-        QList<gaugeLayer> layers;
+        Gauge gauge;
         const QString baseName = QCoreApplication::translate("Window", "Layer %1").arg(1);
-        reason = readLayers(bytes, baseName, options, layers);
+        reason = readForExport(bytes, baseName, options, gauge);
         if (!reason.isEmpty() || options.dryRun)
             return reason;
         const ExportFormat *format = options.formats.constFirst();
-        const Output output{format, format->isPicture ? options.sizes.constFirst() : 0, {}};
+        const Output output{format, format->isPicture ? options.sizes.constFirst() : 0, {}, {}};
         QByteArray result;
-        reason = makeOutput(output, layers, options, result);
+        reason = makeOutput(output, gauge, options, result);
         return reason.isEmpty() ? writeStandardOutput(result) : reason;
     });
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-QString outputPath(const QString &gaugePath, const ExportFormat &format, int size,
+QString outputPath(const QString &gaugePath, const ExportFormat &format, int size, const QString &part,
                    const ExportOptions &options)
 {
     if (!options.outputFile.isEmpty())
@@ -20,6 +20,8 @@ QString outputPath(const QString &gaugePath, const ExportFormat &format, int siz
     name.replace(QLatin1String("{size}"), QString::number(size));
     name.replace(QLatin1String("{name}"), gauge.completeBaseName());
     const QString folder = options.outputFolder.isEmpty() ? gauge.path() : options.outputFolder;
+    if (!part.isEmpty())
+        name += QLatin1Char('-') + part;
     name += QLatin1Char('.') + QLatin1String(format.name);
     // Not with QDir::cleanPath(), which makes the current folder of "link/..".
     if (folder == QLatin1String("."))
@@ -42,10 +44,15 @@ QString uniquePath(const QString &path, ExistingFile existing)
 QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options)
 {
     QList<Output> outputs;
+    const qsizetype needleCount = options.needles.size();
     for (const ExportFormat *format : options.formats) {
+        const bool isSplit = format->isPicture && needleCount > 0;
         const QList<int> sizes = format->isPicture ? options.sizes : QList<int>{0};
-        for (const int size : sizes)
-            outputs.append({format, size, outputPath(gaugePath, *format, size, options)});
+        const QStringList parts = isSplit ? partNames(needleCount) : QStringList{QString()};
+        for (const int size : sizes) {
+            for (const QString &part : parts)
+                outputs.append({format, size, part, outputPath(gaugePath, *format, size, part, options)});
+        }
     }
     return outputs;
 }

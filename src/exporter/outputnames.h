@@ -10,11 +10,12 @@
 struct Output
 {
     const ExportFormat *format;
-    int size; ///< In pixels; 0 for a format without a size.
+    int size;     ///< In pixels; 0 for a format without a size.
+    QString part; ///< The name of the GaugePart that is drawn. Empty: the whole gauge.
     QString path;
 };
 
-/// The files to make of a gauge.
+/// The files to make of a gauge. A part for which the gauge has no layers gets no file.
 [[nodiscard]] QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options);
 
 /// Why no files can be named after the gauge: its name is empty without its suffix, or only dots, and would

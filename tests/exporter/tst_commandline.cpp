@@ -101,6 +101,15 @@ void tst_CommandLine::refusesWrongUsage_data()
          {"--to '' a", "--to - a", "--to out/ a", "--to . a", "--to out/.. a"});
     rows(u"--to needs one gauge, one format and one size"_s,
          {"--to face a b", "--to face -f png,csv a", "--to face -s 64,128 a"});
+    rows(u"--split makes several files of a picture; --to names only one"_s, {"--split b --to face.png a"});
+    rows(u"--split makes several files of a picture; standard output takes only one"_s, {"--split b -"});
+    rows(u"--needle-angle belongs to a --split"_s,
+         {"--needle-angle 5 a", "--split b --needle-angle 5 --needle-angle 6 a"});
+    for (const char *value : {"up", "", "inf", "nan"}) {
+        rows(u"\"%1\" is not a value for --needle-angle; it must be a number of degrees"_s.arg(
+                 QLatin1String(value)),
+             {QByteArray("--split b --needle-angle ") + (*value == '\0' ? "''" : value) + " a"});
+    }
     rows(u"--to gives the whole name; --output and --name-template cannot be given too"_s,
          {"--to face -o out a", "--to face -n {name} a"});
 }
