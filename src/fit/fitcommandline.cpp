@@ -34,6 +34,8 @@ struct OptionDefinitions
                               QStringLiteral("The gauge file to write; - for standard output."),
                               QStringLiteral("file")};
     QCommandLineOption overwrite{QStringLiteral("overwrite"), QStringLiteral("Replace files that exist.")};
+    QCommandLineOption keep{QStringLiteral("keep"),
+                            QStringLiteral("Keep files that exist. This is not an error.")};
     QCommandLineOption map{
         QStringLiteral("map"),
         QStringLiteral("The second column holds readings, and this one is at this angle. Give it twice; the "
@@ -124,9 +126,10 @@ struct OptionDefinitions
 
     [[nodiscard]] QList<QCommandLineOption> all() const
     {
-        return {help,        version,    labels,      step,      minor,      subminor, decimals, withoutSign,
-                maxError,    straight,   extrapolate, map,       style,      into,     replace,  range,
-                rangeRadius, rangeWidth, output,      overwrite, angleTable, report,   check,    layers};
+        return {help,        version,  labels,      step,        minor,  subminor,  decimals,
+                withoutSign, maxError, straight,    extrapolate, map,    style,     into,
+                replace,     range,    rangeRadius, rangeWidth,  output, overwrite, keep,
+                angleTable,  report,   check,       layers};
     }
 };
 
@@ -342,8 +345,12 @@ void FitOptionsReader::readOutput()
 {
     m_options.output = fileName(m_definitions.output);
     m_options.angleTable = fileName(m_definitions.angleTable);
+    if (isSet(m_definitions.overwrite) && isSet(m_definitions.keep))
+        refuse(QStringLiteral("--overwrite and --keep cannot be given together"));
     if (isSet(m_definitions.overwrite))
         m_options.existing = ExistingFile::Overwrite;
+    else if (isSet(m_definitions.keep))
+        m_options.existing = ExistingFile::Keep;
 
     const QString suffix = QFileInfo(m_options.angleTable).suffix().toLower();
     const QStringList suffixes{QStringLiteral("json"), QStringLiteral("xml"), QStringLiteral("h")};
@@ -372,7 +379,7 @@ void FitOptionsReader::readCheck()
     for (const QCommandLineOption &option :
          {m_definitions.labels, m_definitions.step, m_definitions.minor, m_definitions.subminor,
           m_definitions.decimals, m_definitions.style, m_definitions.into, m_definitions.range,
-          m_definitions.output, m_definitions.overwrite, m_definitions.angleTable}) {
+          m_definitions.output, m_definitions.overwrite, m_definitions.keep, m_definitions.angleTable}) {
         if (isSet(option))
             refuse(QStringLiteral("--check writes nothing; --%1 cannot be given too")
                        .arg(option.names().constLast()));

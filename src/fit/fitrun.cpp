@@ -123,7 +123,7 @@ void printReport(const QString &text)
 QString checkReplacesNoInput(const FitOptions &options)
 {
     for (const QString &output : {options.output, options.angleTable}) {
-        for (const QString &input : {options.table, options.style}) {
+        for (const QString &input : {options.table, styleFile(options.style)}) {
             if (!fileId(output).isEmpty() && fileId(output) == fileId(input))
                 return QStringLiteral("%1 is read and is not replaced.").arg(output);
         }

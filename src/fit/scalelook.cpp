@@ -41,13 +41,8 @@ const gaugeData &firstScale(const QList<gaugeLayer> &layers)
 /// Reads the look from FILE or FILE:LAYER. Returns the reason for a failure.
 QString readStyle(const QString &style, gaugeData &look)
 {
-    QString file = style;
-    QString layer;
-    const qsizetype colon = style.lastIndexOf(u':');
-    if (colon > 0 && !QFileInfo::exists(style)) {
-        file = style.first(colon);
-        layer = style.sliced(colon + 1);
-    }
+    const QString file = styleFile(style);
+    const QString layer = style.sliced(file.size()).sliced(file == style ? 0 : 1);
     QList<gaugeLayer> layers;
     QString reason = readGaugeFile(file, layers);
     if (!reason.isEmpty())
@@ -138,6 +133,12 @@ gaugeData plainLook()
     look.tickCountFont = QFont(QStringLiteral("DejaVu Sans"), 14);
     look.tickCountColor = ink;
     return look;
+}
+
+QString styleFile(const QString &style)
+{
+    const qsizetype colon = style.lastIndexOf(u':');
+    return colon > 0 && !QFileInfo::exists(style) ? style.first(colon) : style;
 }
 
 ScalePlace readScalePlace(const FitOptions &options)

@@ -13,6 +13,9 @@ struct FitOptions;
 /// The look of scales without --style: dark marks and numbers on a light disc, which are the arcs.
 [[nodiscard]] gaugeData plainLook();
 
+/// The file in the value of --style, which may end with a colon and the name or number of a layer.
+[[nodiscard]] QString styleFile(const QString &style);
+
 /// Where the new layers go, and what they look like.
 struct ScalePlace
 {
