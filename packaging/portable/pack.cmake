@@ -2,8 +2,9 @@
 set(date "$ENV{SOURCE_DATE_EPOCH}")
 set(name "${CPACK_PACKAGE_FILE_NAME}")
 set(stage "${CPACK_TEMPORARY_DIRECTORY}")
-file(CREATE_LINK bin/corvalence "${stage}/corvalence" SYMBOLIC)
-file(CREATE_LINK bin/corvalence-export "${stage}/corvalence-export" SYMBOLIC)
+foreach(program corvalence corvalence-export corvalence-sheet)
+    file(CREATE_LINK bin/${program} "${stage}/${program}" SYMBOLIC)
+endforeach()
 execute_process(
     COMMAND chmod --recursive u=rwX,go=rX "${stage}"
     COMMAND_ERROR_IS_FATAL ANY)
