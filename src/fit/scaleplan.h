@@ -1,0 +1,36 @@
+#ifndef SCALEPLAN_H
+#define SCALEPLAN_H
+
+#include <vector>
+
+/// The marks of a scale, in order, and what a layer can write at them.
+struct PlannedMarks
+{
+    /// Degrees clockwise from 12 o'clock. A label stands at every @a partsPerGap-th mark, beginning with the
+    /// first; a minor mark at every @a subminor-th.
+    std::vector<double> angles;
+    int partsPerGap = 1;
+    int subminor = 1;
+    /// For each label, the last one that a layer can write which begins with it. Labels are counted from 0.
+    std::vector<int> lastOfRun;
+};
+
+/// Consecutive marks that one sweep draws.
+struct ScalePiece
+{
+    int first = 0;      ///< index of a mark
+    int last = 0;       ///< the same for a single mark
+    double start = 0.0; ///< angle at which the first mark is drawn
+    double end = 0.0;   ///< angle at which the last mark is drawn
+};
+
+/// Returns pieces in the order of the marks that draw each of them within @a maxError degrees of its angle.
+///
+/// There are as few pieces as are found with sweeps whose ends are in one of nine places. With as few, the
+/// largest error is small. Two pieces that meet at a label both draw it, at the same angle. No other mark is
+/// drawn twice. A piece between labels begins and ends with marks that are both minor or both subminor.
+///
+/// Empty if there are no marks.
+[[nodiscard]] std::vector<ScalePiece> planScale(const PlannedMarks &marks, double maxError);
+
+#endif
