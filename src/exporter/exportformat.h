@@ -1,12 +1,26 @@
 #ifndef EXPORTFORMAT_H
 #define EXPORTFORMAT_H
 
+#include "model/gaugedata.h"
+#include "render/gaugeparts.h"
+#include "render/imageexport.h"
+
 #include <QList>
 #include <QString>
 
 class QIODevice;
-struct gaugeLayer;
-struct PictureStyle;
+
+/// What one file is made of. Each format uses what it needs.
+struct ExportJob
+{
+    QString gaugeName;        ///< The name of the gauge file without its suffix.
+    QList<gaugeLayer> layers; ///< What is drawn or listed, bottom layer first.
+    QList<GaugePart> parts;   ///< All parts of the gauge, bottom part first. Empty when it is not split.
+    QList<int> sizes;         ///< The sides of all pictures of the gauge, in pixels.
+    int size = 0;             ///< The side of this picture in pixels. 0 for a format without a size.
+    PictureStyle style;       ///< Of a picture.
+    int compression = 0;      ///< Of a PNG.
+};
 
 /// One kind of file that a gauge is exported as.
 struct ExportFormat
@@ -15,14 +29,13 @@ struct ExportFormat
     bool isPicture;   ///< Whether the file has a size in pixels.
     bool isRaster;    ///< Whether it is painted by Qt's raster engine.
 
-    /// Writes the layers to an open device. @a size and @a style matter for pictures only, @a compression for
-    /// a PNG only. Returns false when there is not enough memory or the device does not take all bytes.
-    bool (*write)(QIODevice &device, int size, const QList<gaugeLayer> &layers, const PictureStyle &style,
-                  int compression);
+    /// Writes the file to an open device. Returns false when there is not enough memory or the device does
+    /// not take all bytes.
+    bool (*write)(QIODevice &device, const ExportJob &job);
 
     /// Roughly the number of bytes that write() makes. Null for formats whose files are never much larger
     /// than the picture's pixels or the gauge file.
-    double (*estimatedSize)(const QList<gaugeLayer> &layers, const PictureStyle &style);
+    double (*estimatedSize)(const ExportJob &job);
 };
 
 /// All formats, in the order in which the help lists them.

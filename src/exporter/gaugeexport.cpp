@@ -24,13 +24,14 @@ namespace {
 /// What is exported of a gauge file.
 struct Gauge
 {
+    QString name; ///< The file's name without its suffix. "Layer 1" for standard input.
     QList<gaugeLayer> layers;
     QList<GaugePart> parts; ///< Empty when its pictures are not split.
 
     /// The part of this name. Null when there is none.
-    [[nodiscard]] const GaugePart *part(const QString &name) const
+    [[nodiscard]] const GaugePart *part(const QString &partName) const
     {
-        const auto found = std::ranges::find(parts, name, &GaugePart::name);
+        const auto found = std::ranges::find(parts, partName, &GaugePart::name);
         return found == parts.end() ? nullptr : &*found;
     }
 };
@@ -57,11 +58,11 @@ QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
     return {};
 }
 
-/// Reads the gauge to export. Returns the reason for a failure.
-QString readForExport(const QByteArray &bytes, const QString &baseName, const ExportOptions &options,
-                      Gauge &gauge)
+/// Reads the gauge to export. Its first layer gets the gauge's name if it has none. Returns the reason for a
+/// failure.
+QString readForExport(const QByteArray &bytes, const ExportOptions &options, Gauge &gauge)
 {
-    QString reason = readGauge(bytes, baseName, gauge.layers);
+    QString reason = readGauge(bytes, gauge.name, gauge.layers);
     if (reason.isEmpty())
         reason = selectLayers(gauge.layers, options.layers);
     if (reason.isEmpty())
@@ -79,15 +80,21 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
     constexpr qsizetype maxSize = qsizetype(1024) * 1024 * 1024;
     const QString name = QLatin1String(output.format->name);
     QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
-    PictureStyle style{.millimetres = options.printedSize(output.size), .textAsPaths = options.textAsPaths};
-    QList<gaugeLayer> layers = gauge.layers;
+    ExportJob job{
+        .gaugeName = gauge.name,
+        .layers = gauge.layers,
+        .parts = gauge.parts,
+        .sizes = options.sizes,
+        .size = output.size,
+        .style = {.millimetres = options.printedSize(output.size), .textAsPaths = options.textAsPaths},
+        .compression = options.compression};
     if (const GaugePart *const part = gauge.part(output.part)) {
-        layers = part->layers;
-        style.centreDot = part == &gauge.parts.constFirst();
-        style.rotation = -part->needleAngle;
+        job.layers = part->layers;
+        job.style.centreDot = part == &gauge.parts.constFirst();
+        job.style.rotation = -part->needleAngle;
     }
     if (output.format->estimatedSize != nullptr) {
-        const double size = output.format->estimatedSize(layers, style);
+        const double size = output.format->estimatedSize(job);
         if (size > static_cast<double>(maxSize))
             return tooLarge;
         // Fails here if there is not enough memory: a destructor in Qt that fails to allocate memory ends the
@@ -99,8 +106,7 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
         return QStringLiteral("The %1 cannot be made: the system starts no more threads.").arg(name);
 
     QBuffer buffer(&bytes);
-    const bool made = buffer.open(QIODevice::WriteOnly) &&
-                      output.format->write(buffer, output.size, layers, style, options.compression);
+    const bool made = buffer.open(QIODevice::WriteOnly) && output.format->write(buffer, job);
     if (!made)
         return QStringLiteral("The %1 cannot be made: there is not enough memory.").arg(name);
     return bytes.size() > maxSize ? tooLarge : QString();
@@ -153,15 +159,13 @@ QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const Ex
 {
     if (options.notUtf8.contains(gaugePath))
         return QStringLiteral("Its name is not UTF-8.");
-    Gauge gauge;
+    Gauge gauge{QFileInfo(gaugePath).completeBaseName(), {}, {}};
     QString reason = checkBaseName(gaugePath, options);
     if (reason.isEmpty()) {
         reason = withoutBadAlloc([&] {
             QByteArray bytes;
             const QString failure = readInputFile(gaugePath, options.inputLimit, bytes, inputLimitOption());
-            return failure.isEmpty()
-                       ? readForExport(bytes, QFileInfo(gaugePath).completeBaseName(), options, gauge)
-                       : failure;
+            return failure.isEmpty() ? readForExport(bytes, options, gauge) : failure;
         });
     }
     if (!reason.isEmpty())
@@ -184,9 +188,8 @@ QString exportStandardInput(const ExportOptions &options)
         if (!reason.isEmpty())
             return reason;
         // Without a file name the first layer gets the name of its row.
-        Gauge gauge;
-        const QString baseName = QCoreApplication::translate("Window", "Layer %1").arg(1);
-        reason = readForExport(bytes, baseName, options, gauge);
+        Gauge gauge{QCoreApplication::translate("Window", "Layer %1").arg(1), {}, {}};
+        reason = readForExport(bytes, options, gauge);
         if (!reason.isEmpty() || options.dryRun)
             return reason;
         const ExportFormat *format = options.formats.constFirst();

@@ -1,0 +1,31 @@
+#include "exporter/formats.h"
+#include "exporter/sizeestimate.h"
+#include "render/keyframes.h"
+
+#include <QIODevice>
+#include <QStringEncoder>
+
+namespace {
+
+bool writeKeyframes(QIODevice &device, const ExportJob &job)
+{
+    // Not with a QTextStream: without enough memory its destructor ends the program.
+    QStringEncoder encoder(QStringConverter::Utf8);
+    const QByteArray bytes = encoder.encode(keyframeTable(job.layers));
+    return device.write(bytes) == bytes.size();
+}
+
+double keyframesSize(const ExportJob &job)
+{
+    constexpr double restOfLine = 16.0; // the angle and the separators
+    double size = 0.0;
+    for (const gaugeLayer &layer : job.layers) {
+        const auto nameSize = static_cast<double>(layer.name.toUtf8().size());
+        size += primaryTicks(layer.data) * (nameSize + valueDigits(layer.data) + restOfLine);
+    }
+    return size;
+}
+
+} // namespace
+
+constinit const ExportFormat csvFormat{"csv", false, false, writeKeyframes, keyframesSize};

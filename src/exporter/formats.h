@@ -1,0 +1,14 @@
+#ifndef FORMATS_H
+#define FORMATS_H
+
+#include "exporter/exportformat.h"
+
+// pictureformats.cpp
+extern const ExportFormat pngFormat;
+extern const ExportFormat svgFormat;
+extern const ExportFormat pdfFormat;
+
+extern const ExportFormat csvFormat;   // csvformat.cpp
+extern const ExportFormat gaugeFormat; // gaugeformat.cpp
+
+#endif
