@@ -275,12 +275,14 @@ ScaleFit fitScale(const ScaleCurve &curve, const ScaleMarks &marks, double maxEr
 
     ScaleFit fit;
     const LayerMaker maker(marks, writer, values, look);
+    // The painter's rounding errors come on top.
+    const double plannedError = maxError * (1.0 - 1e-6);
     int lastDrawn = -1;
-    for (const ScalePiece &piece : planScale(planned, maxError)) {
+    for (const ScalePiece &piece : planScale(planned, plannedError)) {
         const auto angles =
             std::span(planned.angles)
                 .subspan(static_cast<size_t>(piece.first), static_cast<size_t>(piece.last - piece.first) + 1);
-        const Sweep sweep = closestSweep(angles, piece.start, piece.end, maxError)
+        const Sweep sweep = closestSweep(angles, piece.start, piece.end, plannedError)
                                 .value_or(Sweep{.start = piece.start, .end = piece.end});
         gaugeLayer layer = maker.layer(piece, sweep, piece.first != lastDrawn);
         if (!fit.layers.isEmpty())
