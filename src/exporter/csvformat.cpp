@@ -1,5 +1,5 @@
 #include "exporter/formats.h"
-#include "exporter/sizeestimate.h"
+#include "render/drawingsize.h"
 #include "render/keyframes.h"
 
 #include <QIODevice>

@@ -1,9 +1,6 @@
 #include "exporter/formats.h"
 #include "exporter/pngfile.h"
-#include "exporter/sizeestimate.h"
-#include "render/sweep.h"
-
-#include <algorithm>
+#include "render/drawingsize.h"
 
 namespace {
 
@@ -31,42 +28,14 @@ bool writePdf(QIODevice &device, const ExportJob &job)
     return ::writePdf(device, job.size, dataOf(job.layers), job.style);
 }
 
-/// What the parts of a drawing take in bytes, measured with gauges of many ticks.
-struct DrawingCosts
-{
-    double tick;
-    double label;     ///< Without its text.
-    double character; ///< Of a label.
-    double outline;   ///< Of a character that is drawn as a path.
-    bool repeatsFont; ///< Whether each label names its font family.
-};
-
-double drawingSize(const ExportJob &job, const DrawingCosts &costs)
-{
-    constexpr int maxDecimals = 400; // the painter's limit is lower
-    double size = 0.0;
-    for (const gaugeLayer &layer : job.layers) {
-        const gaugeData &data = layer.data;
-        size += static_cast<double>(totalTickCount(data)) * costs.tick;
-        if (!data.tickCountEnabled)
-            continue;
-        const double characters = valueDigits(data) + std::clamp(data.tickCountDecimalPlaces, 0, maxDecimals);
-        double label = costs.label + characters * (job.style.textAsPaths ? costs.outline : costs.character);
-        if (costs.repeatsFont)
-            label += static_cast<double>(data.tickCountFont.family().toUtf8().size());
-        size += primaryTicks(data) * label;
-    }
-    return size;
-}
-
 double svgSize(const ExportJob &job)
 {
-    return drawingSize(job, {100.0, 320.0, 25.0, 900.0, true});
+    return svgDrawingSize(dataOf(job.layers), job.style.textAsPaths);
 }
 
 double pdfSize(const ExportJob &job)
 {
-    return drawingSize(job, {20.0, 30.0, 5.0, 130.0, false});
+    return pdfDrawingSize(dataOf(job.layers), job.style.textAsPaths);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "sheet/sheetdrawing.h"
 
+#include "render/drawingsize.h"
 #include "render/gaugepainter.h"
 
 #include <QBuffer>
@@ -227,4 +228,12 @@ QByteArray sheetPdf(const Sheet &sheet)
     buffer.close();
     removeTime(pdf);
     return pdf;
+}
+
+double sheetPdfSize(const Sheet &sheet)
+{
+    double size = 0.0;
+    for (const SheetDial &dial : sheet.dials)
+        size += pdfDrawingSize(dial.layers, !sheet.embedFonts);
+    return size;
 }

@@ -37,4 +37,7 @@ struct Sheet
 /// cut off.
 [[nodiscard]] QByteArray sheetPdf(const Sheet &sheet);
 
+/// Roughly the number of bytes of sheetPdf(). Rather too large than too small.
+[[nodiscard]] double sheetPdfSize(const Sheet &sheet);
+
 #endif

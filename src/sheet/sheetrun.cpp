@@ -135,6 +135,20 @@ bool failSheet(const QString &reason)
     return false;
 }
 
+/// Makes the PDF. Returns the reason for a failure.
+QString makePdf(const Sheet &sheet, QByteArray &pdf)
+{
+    constexpr double maxSize = 1024.0 * 1024.0 * 1024.0;
+    const double size = sheetPdfSize(sheet);
+    if (size > maxSize)
+        return QStringLiteral("The PDF would be larger than 1 GiB.");
+    // Fails here if there is not enough memory: a destructor in Qt that fails to allocate memory ends the
+    // program.
+    (void)QByteArray(static_cast<qsizetype>(4.0 * size), Qt::Uninitialized);
+    pdf = sheetPdf(sheet);
+    return pdf.isEmpty() ? QStringLiteral("The PDF cannot be made: there is not enough memory.") : QString();
+}
+
 bool readAndWrite(const SheetOptions &options)
 {
     if (isInput(options.outputFile, options.files) && options.existing != ExistingFile::Keep)
@@ -145,9 +159,10 @@ bool readAndWrite(const SheetOptions &options)
         return false;
     WriteResult result = checkOutputFile(options.outputFile, options.existing);
     if (result.written && !options.dryRun) {
-        const QByteArray pdf = sheetPdf(sheet);
-        if (pdf.isEmpty())
-            return failSheet(QStringLiteral("The PDF cannot be made: there is not enough memory."));
+        QByteArray pdf;
+        const QString reason = makePdf(sheet, pdf);
+        if (!reason.isEmpty())
+            return failSheet(reason);
         result = writeOutputFile(options.outputFile, pdf, options.existing);
     }
     if (!result.reason.isEmpty())

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void neverReplacesAGauge();
     void onlyTellsInADryRun();
     void drawsAnyNumbers();
+    void refusesTooLargeASheet();
 };
 
 namespace {
@@ -172,6 +173,18 @@ void tst_SheetProgram::drawsAnyNumbers()
         QCOMPARE(result.err, QByteArray());
         QCOMPARE(result.status, 0);
     }
+}
+
+void tst_SheetProgram::refusesTooLargeASheet()
+{
+    gaugeLayer layer{u"Layer"_s, {}};
+    layer.data.divisionCount[0] = 1'000'000;
+    layer.data.tickCountDecimalPlaces = 100;
+    write(u"large.gauge"_s, gaugeFile::write({layer}));
+    const ProgramRun result = run("-o x.pdf Clock.gauge large.gauge");
+    QCOMPARE(result.err, "corvalence-sheet: The PDF would be larger than 1 GiB.\n"_ba);
+    QCOMPARE(result.status, 1);
+    QVERIFY(!files().contains(u"x.pdf"_s));
 }
 
 ADD_TEST_CLASS(tst_SheetProgram)
