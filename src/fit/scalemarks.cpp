@@ -24,12 +24,13 @@ QList<double> steppedLabels(double min, double max, double step)
     const double last = std::floor(max / step + tolerance);
     // Not true for NaN either.
     const bool valid = std::isfinite(min) && std::isfinite(max) && std::isfinite(step) && step > 0.0 &&
-                       last - first < maxLabelCount;
+                       last >= first && last - first < maxLabelCount;
     if (!valid)
         return {};
 
     QList<double> labels;
-    for (double i = 0.0; i <= last - first; i += 1.0) {
+    const auto steps = static_cast<int>(last - first);
+    for (int i = 0; i <= steps; ++i) {
         const double label = rounded((first + i) * step);
         labels.append(label == 0.0 ? 0.0 : label); // no negative zero, which would be written "-0"
     }
@@ -46,7 +47,7 @@ QList<double> roundLabels(double min, double max, int maxCount)
     for (int power = exponent; power <= exponent + 3; ++power) {
         for (const int digit : {1, 2, 5}) {
             const double step = rounded(digit * std::pow(10.0, power));
-            const QList<double> labels = steppedLabels(min, max, step);
+            QList<double> labels = steppedLabels(min, max, step);
             if (labels.size() >= 2 && labels.size() <= maxCount)
                 return labels;
         }

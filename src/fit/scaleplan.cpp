@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <compare>
 #include <limits>
 #include <span>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -39,7 +40,11 @@ struct Cost
     {
         return {.pieces = pieces + 1, .withoutLabels = withoutLabels, .departure = departure + moreDeparture};
     }
-    auto operator<=>(const Cost &) const = default;
+    friend bool operator<(const Cost &a, const Cost &b)
+    {
+        return std::tie(a.pieces, a.withoutLabels, a.departure) <
+               std::tie(b.pieces, b.withoutLabels, b.departure);
+    }
 };
 
 /// The best pieces that draw all marks up to a label.
@@ -64,9 +69,12 @@ using PlacesOfLabel = std::array<Drawn, departures.size()>;
 
 size_t cheapest(const PlacesOfLabel &places)
 {
-    const auto best = std::min_element(places.cbegin(), places.cend(),
-                                       [](const Drawn &a, const Drawn &b) { return a.cost < b.cost; });
-    return static_cast<size_t>(best - places.cbegin());
+    size_t best = 0;
+    for (size_t i = 1; i < places.size(); ++i) {
+        if (places.at(i).cost < places.at(best).cost)
+            best = i;
+    }
+    return best;
 }
 
 struct Plan
@@ -97,10 +105,11 @@ private:
             .subspan(static_cast<size_t>(first), static_cast<size_t>(last - first) + 1);
     }
     [[nodiscard]] double place(int mark, size_t departure) const;
-    [[nodiscard]] bool sweepFits(int first, size_t start, int last, size_t end) const;
+    [[nodiscard]] bool sweepFits(int first, double start, int last, double end) const;
     [[nodiscard]] bool isRuledOut(int from, int to);
     [[nodiscard]] bool canBeOnePiece(int first, int last) const;
-    [[nodiscard]] ScalePiece longestPiece(int first, int last) const;
+    [[nodiscard]] std::vector<double> places(int mark) const;
+    [[nodiscard]] ScalePiece longestPiece(int first, const std::vector<double> &starts, int last) const;
     [[nodiscard]] std::vector<ScalePiece> piecesInside(int gap) const;
     [[nodiscard]] Before before(int label) const;
     [[nodiscard]] Drawn runFrom(int label, size_t start, size_t end) const;
@@ -130,12 +139,9 @@ double Planner::place(int mark, size_t departure) const
     return rounded / 100.0;
 }
 
-bool Planner::sweepFits(int first, size_t start, int last, size_t end) const
+bool Planner::sweepFits(int first, double start, int last, double end) const
 {
-    const double startAngle = place(first, start);
-    const double endAngle = place(last, end);
-    return std::abs(endAngle - startAngle) <= maxSweep &&
-           fits(angles(first, last), startAngle, endAngle, m_error);
+    return std::abs(end - start) <= maxSweep && fits(angles(first, last), start, end, m_error);
 }
 
 /// Returns whether no sweep can draw the labels from @a from to @a to and all marks between them.
@@ -157,21 +163,30 @@ bool Planner::canBeOnePiece(int first, int last) const
     return first == last || betweenMinors || (first % subminor == 0 && last % subminor == 0);
 }
 
-/// Returns the longest piece that begins with mark @a first, which is not a label, and ends at @a last or
-/// before.
-ScalePiece Planner::longestPiece(int first, int last) const
+/// Returns the angles at which a sweep that draws @a mark may end.
+std::vector<double> Planner::places(int mark) const
 {
-    for (int end = last; end > first; --end) {
-        if (!canBeOnePiece(first, end) || !maybeFits(angles(first, end), m_error))
+    std::vector<double> angles;
+    for (size_t i = 0; i < departures.size(); ++i)
+        angles.push_back(place(mark, i));
+    return angles;
+}
+
+/// Returns the longest piece that begins with mark @a first, at one of the angles @a starts, and ends at
+/// @a last or before. None of the marks is a label.
+ScalePiece Planner::longestPiece(int first, const std::vector<double> &starts, int last) const
+{
+    for (int to = last; to > first; --to) {
+        if (!canBeOnePiece(first, to) || !maybeFits(angles(first, to), m_error))
             continue;
-        for (size_t i = 0; i < departures.size(); ++i) {
-            for (size_t j = 0; j < departures.size(); ++j) {
-                if (sweepFits(first, i, end, j))
-                    return {.first = first, .last = end, .start = place(first, i), .end = place(end, j)};
+        for (const double start : starts) {
+            for (const double end : places(to)) {
+                if (sweepFits(first, start, to, end))
+                    return {.first = first, .last = to, .start = start, .end = end};
             }
         }
     }
-    return {.first = first, .last = first, .start = place(first, 0), .end = place(first, 0)};
+    return {.first = first, .last = first, .start = starts.front(), .end = starts.front()};
 }
 
 /// Returns pieces that draw the marks of a gap between its labels.
@@ -179,8 +194,17 @@ std::vector<ScalePiece> Planner::piecesInside(int gap) const
 {
     std::vector<ScalePiece> pieces;
     const int last = markOf(gap + 1) - 1;
-    for (int mark = markOf(gap) + 1; mark <= last; mark = pieces.back().last + 1)
-        pieces.push_back(longestPiece(mark, last));
+    for (int mark = markOf(gap) + 1; mark <= last; mark = pieces.back().last + 1) {
+        ScalePiece piece = longestPiece(mark, places(mark), last);
+        // Subminor marks need a minor mark before them, or stand alone.
+        const bool followsMinor = mark % m_marks.subminor == 1 && !pieces.empty();
+        if (followsMinor) {
+            const ScalePiece meeting = longestPiece(mark - 1, {pieces.back().end}, last);
+            if (meeting.last > piece.last)
+                piece = meeting;
+        }
+        pieces.push_back(piece);
+    }
     return pieces;
 }
 
@@ -190,11 +214,9 @@ Before Planner::before(int label) const
     if (label == 0)
         return {.cost = {.pieces = 0}, .place = 0, .inside = {}};
     const PlacesOfLabel &places = m_drawn.at(static_cast<size_t>(label) - 1);
-    const size_t place = cheapest(places);
-    std::vector<ScalePiece> inside = piecesInside(label - 1);
-    return {.cost = places.at(place).cost.plusInside(static_cast<int>(inside.size())),
-            .place = place,
-            .inside = std::move(inside)};
+    Before best{.cost = {}, .place = cheapest(places), .inside = piecesInside(label - 1)};
+    best.cost = places.at(best.place).cost.plusInside(static_cast<int>(best.inside.size()));
+    return best;
 }
 
 /// Tries all runs that begin with @a label.
@@ -208,12 +230,12 @@ void Planner::extend(int label)
             for (size_t start = 0; start < departures.size(); ++start) {
                 // The cheapest comparison first.
                 const Drawn run = runFrom(label, start, end);
-                if (run.cost >= ends.at(end).cost)
+                if (!(run.cost < ends.at(end).cost))
                     continue;
                 if (!isPossible && isRuledOut(label, to))
                     break;
                 isPossible = true;
-                if (sweepFits(markOf(label), start, markOf(to), end))
+                if (sweepFits(markOf(label), place(markOf(label), start), markOf(to), place(markOf(to), end)))
                     ends.at(end) = run;
             }
         }
@@ -225,7 +247,7 @@ Drawn Planner::runFrom(int label, size_t start, size_t end) const
 {
     const Cost &meeting = m_drawn.at(static_cast<size_t>(label)).at(start).cost;
     const Cost &fresh = m_before.at(static_cast<size_t>(label)).cost;
-    const bool meets = meeting <= fresh;
+    const bool meets = !(fresh < meeting);
     const double startDeparture = meets ? 0.0 : std::abs(departures.at(start));
     return {.cost = (meets ? meeting : fresh).plusRun(startDeparture + std::abs(departures.at(end))),
             .from = label,

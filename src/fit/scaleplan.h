@@ -27,8 +27,9 @@ struct ScalePiece
 /// Returns pieces in the order of the marks that draw each of them within @a maxError degrees of its angle.
 ///
 /// There are as few pieces as are found with sweeps whose ends are in one of nine places. With as few, the
-/// largest error is small. Two pieces that meet at a label both draw it, at the same angle. No other mark is
-/// drawn twice. A piece between labels begins and ends with marks that are both minor or both subminor.
+/// largest error is small. Two pieces may meet at a label, or at a minor mark among subminor ones: both draw
+/// it, at the same angle. A piece between labels begins and ends with marks that are both minor or both
+/// subminor.
 ///
 /// Empty if there are no marks.
 [[nodiscard]] std::vector<ScalePiece> planScale(const PlannedMarks &marks, double maxError);
