@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int minSize = 64;
-constexpr int maxSize = 16384;
+constexpr int maxSize = maxPictureSize;
 // Below 200 inches, the maximum side of a PDF page.
 constexpr double minSide = 1.0;
 constexpr double maxSide = 5000.0;
@@ -100,6 +100,17 @@ struct OptionDefinitions
         QStringLiteral(
             "The density of the pictures in pixels per inch. With --mm it sets the size in pixels."),
         QStringLiteral("density")};
+    QCommandLineOption background{
+        {QStringLiteral("b"), QStringLiteral("background")},
+        QStringLiteral("The colour below the pictures: a name, #rgb, #rrggbb or #aarrggbb. With --split only "
+                       "the face has it, except in a JPEG. Default: transparent."),
+        QStringLiteral("colour")};
+    QCommandLineOption quality{
+        QStringLiteral("quality"),
+        QStringLiteral("The quality of JPEG and WebP files, from 0 (smallest) to %1 (best). Default: %2.")
+            .arg(maxQuality)
+            .arg(ExportOptions().quality),
+        QStringLiteral("number")};
     QCommandLineOption compression{
         QStringLiteral("compression"),
         QStringLiteral(
@@ -164,6 +175,7 @@ public:
         readDimensions();
         readNameTemplate();
         readNeedles();
+        readBackground();
         readFiles();
         readOutputFile();
         readStandardInput();
@@ -192,12 +204,15 @@ private:
     void readOutputFile();
     void readStandardInput();
     void readNeedles();
+    void readBackground();
     void readOtherOptions();
     void addFormat(const QString &name);
     [[nodiscard]] bool makesOneFile() const;
     [[nodiscard]] bool makesPictures() const;
     [[nodiscard]] bool splitsPictures() const { return makesPictures() && !m_options.needles.isEmpty(); }
     [[nodiscard]] double readLength(const QCommandLineOption &option);
+    /// Reads a whole number from 0.
+    [[nodiscard]] int readLevel(const QCommandLineOption &option, int defaultLevel, int maxLevel);
     template <typename Number>
     [[nodiscard]] Number readCount(const QCommandLineOption &option, Number defaultCount, Number maxCount);
     void checkSize(double size);
@@ -213,6 +228,8 @@ void OptionsReader::addFormat(const QString &name)
     const ExportFormat *format = findExportFormat(name);
     if (format == nullptr)
         refuse(QStringLiteral("\"%1\" is not a format; it must be %2").arg(name, formatList()));
+    else if (format->missing != nullptr && !format->missing().isEmpty())
+        refuse(format->missing());
     else
         appendOnce(m_options.formats, format);
 }
@@ -286,6 +303,17 @@ Number OptionsReader::readCount(const QCommandLineOption &option, Number default
     return static_cast<Number>(count);
 }
 
+int OptionsReader::readLevel(const QCommandLineOption &option, int defaultLevel, int maxLevel)
+{
+    if (!m_parser.isSet(option))
+        return defaultLevel;
+    bool isNumber = false;
+    const int level = m_parser.value(option).toInt(&isNumber);
+    if (!isNumber || level < 0 || level > maxLevel)
+        refuseCount(option, 0, static_cast<quint64>(maxLevel));
+    return level;
+}
+
 void OptionsReader::readDimensions()
 {
     readSizes();
@@ -298,6 +326,12 @@ void OptionsReader::readDimensions()
         const double size = std::round(m_options.millimetres / millimetresPerInch * m_options.dotsPerInch);
         checkSize(size);
         m_options.sizes = {static_cast<int>(std::clamp<double>(size, minSize, maxSize))};
+    }
+    for (const ExportFormat *format : std::as_const(m_options.formats)) {
+        if (format->isPicture && std::ranges::max(m_options.sizes) > format->maxSize)
+            refuse(QStringLiteral("a %1 has at most %2 pixels on each side")
+                       .arg(QLatin1String(format->name))
+                       .arg(format->maxSize));
     }
     for (const int size : std::as_const(m_options.sizes)) {
         const double side = m_options.printedSize(size);
@@ -413,6 +447,23 @@ void OptionsReader::readStandardInput()
             QStringLiteral("standard input (-) is written to standard output; it takes no folder or name"));
 }
 
+void OptionsReader::readBackground()
+{
+    if (m_parser.isSet(m_definitions.background)) {
+        const QString value = m_parser.value(m_definitions.background);
+        m_options.background = QColor::fromString(value);
+        if (!m_options.background.isValid())
+            refuseValue(m_definitions.background,
+                        QStringLiteral("the name of a colour, #rgb, #rrggbb or #aarrggbb"));
+    }
+    const QColor &colour = m_options.background;
+    for (const ExportFormat *format : std::as_const(m_options.formats)) {
+        if (format->isOpaque && (!colour.isValid() || colour.alpha() < 255))
+            refuse(QStringLiteral("%1 has no transparency; it needs an opaque --background, such as white")
+                       .arg(QLatin1String(format->name)));
+    }
+}
+
 void OptionsReader::readOtherOptions()
 {
     m_options.layers = m_parser.values(m_definitions.layers);
@@ -429,12 +480,8 @@ void OptionsReader::readOtherOptions()
     else if (keep)
         m_options.existing = ExistingFile::Keep;
 
-    if (m_parser.isSet(m_definitions.compression)) {
-        bool isNumber = false;
-        m_options.compression = m_parser.value(m_definitions.compression).toInt(&isNumber);
-        if (!isNumber || m_options.compression < 0 || m_options.compression > maxCompression)
-            refuseCount(m_definitions.compression, 0, maxCompression);
-    }
+    m_options.compression = readLevel(m_definitions.compression, m_options.compression, maxCompression);
+    m_options.quality = readLevel(m_definitions.quality, m_options.quality, maxQuality);
     m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), maxJobs);
     m_options.tickLimit =
         readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
@@ -454,13 +501,13 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
         QStringLiteral("Gauge files, in the current or the older form. A single - reads one gauge from "
                        "standard input and writes to standard output."),
         QStringLiteral("FILE..."));
-    parser.addOptions({definitions.help,         definitions.version,     definitions.formats,
-                       definitions.output,       definitions.to,          definitions.size,
-                       definitions.nameTemplate, definitions.layers,      definitions.split,
-                       definitions.needleAngle,  definitions.textAsPaths, definitions.mm,
-                       definitions.dpi,          definitions.compression, definitions.jobs,
-                       definitions.overwrite,    definitions.keep,        definitions.dryRun,
-                       definitions.quiet,        definitions.tickLimit,   definitions.inputLimit});
+    parser.addOptions(
+        {definitions.help,    definitions.version,     definitions.formats,      definitions.output,
+         definitions.to,      definitions.size,        definitions.nameTemplate, definitions.layers,
+         definitions.split,   definitions.needleAngle, definitions.textAsPaths,  definitions.mm,
+         definitions.dpi,     definitions.compression, definitions.jobs,         definitions.background,
+         definitions.quality, definitions.overwrite,   definitions.keep,         definitions.dryRun,
+         definitions.quiet,   definitions.tickLimit,   definitions.inputLimit});
 
     QStringList notUtf8;
     const auto wrongUsage = [](const QString &error) {

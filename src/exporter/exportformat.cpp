@@ -4,13 +4,24 @@
 
 const QList<const ExportFormat *> &exportFormats()
 {
-    static const QList<const ExportFormat *> all{&pngFormat, &svgFormat, &pdfFormat, &csvFormat,
-                                                 &gaugeFormat};
+    static const QList<const ExportFormat *> all{&pngFormat, &jpegFormat, &webpFormat, &svgFormat,
+                                                 &pdfFormat, &csvFormat,  &gaugeFormat};
     return all;
+}
+
+QList<gaugeData> layerData(const QList<gaugeLayer> &layers)
+{
+    QList<gaugeData> data;
+    data.reserve(layers.size());
+    for (const gaugeLayer &layer : layers)
+        data.append(layer.data);
+    return data;
 }
 
 const ExportFormat *findExportFormat(const QString &name)
 {
+    if (name == QLatin1String("jpg"))
+        return &jpegFormat;
     for (const ExportFormat *format : exportFormats()) {
         if (name == QLatin1String(format->name))
             return format;

@@ -10,6 +10,9 @@
 
 class QIODevice;
 
+/// The largest side of a picture in pixels.
+inline constexpr int maxPictureSize = 16384;
+
 /// What one file is made of. Each format uses what it needs.
 struct ExportJob
 {
@@ -20,6 +23,7 @@ struct ExportJob
     int size = 0;             ///< The side of this picture in pixels. 0 for a format without a size.
     PictureStyle style;       ///< Of a picture.
     int compression = 0;      ///< Of a PNG.
+    int quality = 0;          ///< Of a JPEG or WebP.
 };
 
 /// One kind of file that a gauge is exported as.
@@ -36,12 +40,21 @@ struct ExportFormat
     /// Roughly the number of bytes that write() makes. Null for formats whose files are never much larger
     /// than the picture's pixels or the gauge file.
     double (*estimatedSize)(const ExportJob &job);
+
+    bool isOpaque = false;        ///< Whether a picture has no transparency and needs a background.
+    int maxSize = maxPictureSize; ///< Of a picture, in pixels.
+
+    /// Why this system cannot write the format. Empty when it can. Null for formats that it always can.
+    QString (*missing)() = nullptr;
 };
+
+/// The records of layers, without their names.
+[[nodiscard]] QList<gaugeData> layerData(const QList<gaugeLayer> &layers);
 
 /// All formats, in the order in which the help lists them.
 [[nodiscard]] const QList<const ExportFormat *> &exportFormats();
 
-/// The format of this name. Null when there is none.
+/// The format of this name; "jpg" is jpeg. Null when there is none.
 [[nodiscard]] const ExportFormat *findExportFormat(const QString &name);
 
 #endif

@@ -6,11 +6,13 @@
 #include "render/gaugeparts.h"
 #include "tools/outputfile.h"
 
+#include <QColor>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
 inline constexpr double millimetresPerInch = 25.4;
+inline constexpr int maxQuality = 100;
 
 /// What to export and how. Plain values: parseCommandLine() checks that they are in range and go together.
 struct ExportOptions
@@ -30,6 +32,8 @@ struct ExportOptions
     bool textAsPaths = false;             ///< Draw labels as paths.
     double millimetres = 0.0;             ///< The printed size of the pictures. 0: from the density.
     double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the printed size.
+    QColor background;                    ///< Below the pictures. Invalid: transparent.
+    int quality = 90;                     ///< Of JPEG and WebP files, from 0 to maxQuality.
     int compression = defaultCompression; ///< Of PNG files, from 0 to maxCompression.
     int jobs = 1;                         ///< The number of gauges to work on at a time.
     ExistingFile existing = ExistingFile::Refuse;

@@ -3,6 +3,10 @@
 
 #include "exporter/exportformat.h"
 
+// qtimageformats.cpp
+extern const ExportFormat jpegFormat;
+extern const ExportFormat webpFormat;
+
 // pictureformats.cpp
 extern const ExportFormat pngFormat;
 extern const ExportFormat svgFormat;

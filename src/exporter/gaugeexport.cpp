@@ -87,12 +87,16 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
         .sizes = options.sizes,
         .size = output.size,
         .style = {.millimetres = options.printedSize(output.size), .textAsPaths = options.textAsPaths},
-        .compression = options.compression};
+        .compression = options.compression,
+        .quality = options.quality};
     if (const GaugePart *const part = gauge.part(output.part)) {
         job.layers = part->layers;
         job.style.centreDot = part == &gauge.parts.constFirst();
         job.style.rotation = -part->needleAngle;
     }
+    // Pictures of the other parts are laid over the bottom one.
+    if (job.style.centreDot || output.format->isOpaque)
+        job.style.background = options.background;
     if (output.format->estimatedSize != nullptr) {
         const double size = output.format->estimatedSize(job);
         if (size > static_cast<double>(maxSize))

@@ -4,38 +4,29 @@
 
 namespace {
 
-QList<gaugeData> dataOf(const QList<gaugeLayer> &layers)
-{
-    QList<gaugeData> data;
-    data.reserve(layers.size());
-    for (const gaugeLayer &layer : layers)
-        data.append(layer.data);
-    return data;
-}
-
 bool writePng(QIODevice &device, const ExportJob &job)
 {
-    return writePngFile(device, gaugeImage(job.size, dataOf(job.layers), job.style), job.compression);
+    return writePngFile(device, gaugeImage(job.size, layerData(job.layers), job.style), job.compression);
 }
 
 bool writeSvg(QIODevice &device, const ExportJob &job)
 {
-    return ::writeSvg(device, job.size, dataOf(job.layers), job.style);
+    return ::writeSvg(device, job.size, layerData(job.layers), job.style);
 }
 
 bool writePdf(QIODevice &device, const ExportJob &job)
 {
-    return ::writePdf(device, job.size, dataOf(job.layers), job.style);
+    return ::writePdf(device, job.size, layerData(job.layers), job.style);
 }
 
 double svgSize(const ExportJob &job)
 {
-    return svgDrawingSize(dataOf(job.layers), job.style.textAsPaths);
+    return svgDrawingSize(layerData(job.layers), job.style.textAsPaths);
 }
 
 double pdfSize(const ExportJob &job)
 {
-    return pdfDrawingSize(dataOf(job.layers), job.style.textAsPaths);
+    return pdfDrawingSize(layerData(job.layers), job.style.textAsPaths);
 }
 
 } // namespace

@@ -28,6 +28,12 @@ PaintStyle paintStyle(const PictureStyle &style)
     return {.textAsPaths = style.textAsPaths, .centreDot = style.centreDot, .rotation = style.rotation};
 }
 
+void paintBackground(QPainter &painter, int size, const PictureStyle &style)
+{
+    if (style.background.isValid())
+        painter.fillRect(0, 0, size, size, style.background);
+}
+
 /// Escapes a text for an XML attribute and removes the characters that XML does not allow.
 QString inAttribute(QString text)
 {
@@ -67,6 +73,7 @@ QByteArray svgInPixels(int size, const QList<gaugeData> &layers, const PictureSt
     generator.setDescription(
         QCoreApplication::translate("Window", "A gauge generated in Corvalence 2Saved to SVG."));
     QPainter painter(&generator);
+    paintBackground(painter, size, style);
     paintGauge(painter, size, layers, paintStyle(style));
     painter.end();
     return drawing.data();
@@ -106,6 +113,8 @@ QImage gaugeImage(int size, const QList<gaugeData> &layers, const PictureStyle &
     QImage image = transparentImage(size);
     if (image.isNull())
         return image;
+    if (style.background.isValid())
+        image.fill(style.background);
     QPainter painter(&image);
     PaintStyle options = paintStyle(style);
     options.textAsPaths = false;
@@ -166,6 +175,7 @@ bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const
     painter.scale(pagePixelsPerPixel, pagePixelsPerPixel);
     PaintStyle options = paintStyle(style);
     options.hairline = double(canvasSize) / size;
+    paintBackground(painter, size, style);
     paintGauge(painter, size, layers, options);
     if (!painter.end())
         return false;

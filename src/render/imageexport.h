@@ -1,6 +1,7 @@
 #ifndef IMAGEEXPORT_H
 #define IMAGEEXPORT_H
 
+#include <QColor>
 #include <QImage>
 #include <QList>
 
@@ -14,9 +15,10 @@ struct PictureStyle
     bool textAsPaths = false; ///< Draws the labels of SVG and PDF files as paths, which need no font.
     bool centreDot = true;    ///< Draws the white dot at the centre.
     double rotation = 0.0;    ///< Degrees by which the gauge is turned clockwise about its centre; finite.
+    QColor background = {};   ///< Fills the square below the gauge; invalid leaves it transparent.
 };
 
-/// Returns a square picture of @a size pixels of a stack of layers, on a transparent background, in
+/// Returns a square picture of @a size pixels of a stack of layers in
 /// QImage::Format_ARGB32. A printed size sets only the pixel density. Returns a null image when @a size is
 /// not from 1 to 32767 or there is not enough memory.
 ///

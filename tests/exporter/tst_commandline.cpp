@@ -42,7 +42,7 @@ void tst_CommandLine::refusesWrongUsage_data()
             QTest::newRow(arguments.constData()) << arguments << error;
     };
     const auto notAFormat = [](const QString &name) {
-        return u"\"%1\" is not a format; it must be png, svg, pdf, csv or gauge"_s.arg(name);
+        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv or gauge"_s.arg(name);
     };
     rows(u"no gauge file is given"_s, {"-q"});
     rows(u"a file has an empty name"_s, {"a ''"});
@@ -50,7 +50,18 @@ void tst_CommandLine::refusesWrongUsage_data()
     rows(u"Missing value after '--size'."_s, {"a --size"});
     rows(notAFormat(u"gif"_s), {"-f png,gif a"});
     rows(notAFormat(QString()), {"-f '' a"});
-    rows(notAFormat(u"jpg"_s), {"-f jpg a", "--to pic.jpg a", "--to pic.JPG a"});
+    rows(notAFormat(u"bmp"_s), {"-f bmp a", "--to pic.bmp a", "--to pic.BMP a"});
+    rows(u"jpeg has no transparency; it needs an opaque --background, such as white"_s,
+         {"-f jpeg a", "-f png,jpg a", "--to pic.jpg a", "-f jpeg -b transparent a",
+          "-f jpeg -b #fefefefe a"});
+    for (const char *value : {"nice", "#12", "1"}) {
+        rows(u"\"%1\" is not a value for --background; it must be the name of a colour, #rgb, #rrggbb or "
+             u"#aarrggbb"_s.arg(QLatin1String(value)),
+             {QByteArray("-b ") + value + " a"});
+    }
+    rows(u"a webp has at most 16383 pixels on each side"_s, {"-f webp -s 64,16384 a"});
+    rows(u"\"101\" is not a value for --quality; it must be a whole number from 0 to 100"_s,
+         {"--quality 101 a"});
     rows(u"the size must be from 64 to 16384 pixels"_s,
          {"-s 63 a", "-s 512,16385 a", "--mm 5000 --dpi 300 a", "--mm 10 --dpi 96 a"});
     rows(u"\"big\" is not a size; it must be a whole number of pixels"_s, {"-s big a"});
@@ -141,6 +152,7 @@ void tst_CommandLine::takesTheFormatFromTheSuffix_data()
     row("--to out.pdf/face a", u"png"_s);
     row("--to face.csv a", u"csv"_s);
     row("--to face.gauge a", u"gauge"_s);
+    row("-b white --to face.jpg a", u"jpeg"_s);
     row("-f csv --to face.jpg a", u"csv"_s);
 }
 
@@ -157,9 +169,10 @@ void tst_CommandLine::theHelpListsEveryOption()
     const CommandLine result = parse("--help");
     QCOMPARE(result.outcome, CommandLine::Outcome::ShowText);
     for (const char *option :
-         {"--formats", "--output", "--to", "--size", "--name-template", "--layers", "--text-as-paths", "--mm",
-          "--dpi", "--compression", "--jobs", "--overwrite", "--keep", "--dry-run", "--quiet", "--tick-limit",
-          "--input-limit", "--help", "--version"})
+         {"--formats",       "--output",    "--to",     "--size",       "--name-template", "--layers",
+          "--text-as-paths", "--mm",        "--dpi",    "--background", "--quality",       "--compression",
+          "--jobs",          "--overwrite", "--keep",   "--dry-run",    "--quiet",         "--tick-limit",
+          "--input-limit",   "--help",      "--version"})
         QVERIFY2(result.text.contains(QLatin1String(option)), option);
 }
 

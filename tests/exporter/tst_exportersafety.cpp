@@ -1,9 +1,9 @@
-#include "tools/inputfile.h"
-#include "tools/outputfile.h"
 #include "exporterrun.h"
 #include "model/gaugefile.h"
 #include "support/records.h"
 #include "support/testmain.h"
+#include "tools/inputfile.h"
+#include "tools/outputfile.h"
 
 #include <QDir>
 #include <QScopeGuard>
