@@ -46,7 +46,8 @@ function(corvalence_install_command program component)
 endfunction()
 corvalence_install_command(corvalence-export corvalence_exporter)
 corvalence_install_command(corvalence-sheet corvalence_sheet)
-set(corvalence_programs corvalence corvalence-export corvalence-sheet)
+corvalence_install_command(corvalence-fit corvalence_fit)
+set(corvalence_programs corvalence corvalence-export corvalence-sheet corvalence-fit)
 
 if(WIN32)
     find_program(CORVALENCE_WINDEPLOYQT windeployqt HINTS "${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS}"

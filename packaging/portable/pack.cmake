@@ -2,7 +2,7 @@
 set(date "$ENV{SOURCE_DATE_EPOCH}")
 set(name "${CPACK_PACKAGE_FILE_NAME}")
 set(stage "${CPACK_TEMPORARY_DIRECTORY}")
-foreach(program corvalence corvalence-export corvalence-sheet)
+foreach(program corvalence corvalence-export corvalence-sheet corvalence-fit)
     file(CREATE_LINK bin/${program} "${stage}/${program}" SYMBOLIC)
 endforeach()
 execute_process(

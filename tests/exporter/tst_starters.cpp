@@ -39,6 +39,12 @@ QString sourcePath(const QString &name)
     return QStringLiteral(CORVALENCE_SOURCE "/") + name;
 }
 
+/// The presets that scripts/scales makes.
+QStringList fittedPresets()
+{
+    return {u"Logarithmic 1 to 1000"_s, u"Thermistor"_s, u"VU -20 to 3"_s};
+}
+
 QList<gaugeLayer> load(const QString &path)
 {
     QList<gaugeLayer> layers;
@@ -74,6 +80,8 @@ void tst_Starters::areComplete()
     if (folder == "presets"_L1) {
         if (name == "Needle clock hands"_L1)
             QCOMPARE(layers.size(), 2); // they turn by different angles
+        else if (fittedPresets().contains(name))
+            QVERIFY(layers.size() > 1);
         else
             QCOMPARE(layerNames(readFile(path)), QStringList(name));
         QVERIFY(!name.contains(u'.')); // The preset list cuts a name at its first dot.
