@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int gallerySize = 288; // pixels
+constexpr int exampleSize = 400; // pixels
 constexpr int stripSize = 144;   // pixels
 
 QStringList gaugesIn(const QString &folder)
@@ -56,4 +57,12 @@ void drawGallery(const QDir &docs)
     // Presets are mostly white marks without a face.
     drawFolder(gallery, u"presets"_s, dataOf(readGauge(u"docs/pictures/backdrop.gauge"_s)));
     savePicture(strip(), docs.filePath(u"strip.png"_s));
+}
+
+void drawFittedScales(const QDir &docs)
+{
+    for (const QString &gauge : {u"docs/fit/Plain"_s, u"docs/fit/ESR"_s, u"samples/Voltmeter"_s}) {
+        const QImage picture = gaugeImage(exampleSize, dataOf(readGauge(gauge + u".gauge"_s)));
+        savePicture(picture, docs.filePath(u"fit/"_s + gauge.section(u'/', -1) + u".png"_s));
+    }
 }

@@ -28,5 +28,6 @@ int main(int argc, char *argv[])
     const QDir docs(QString::fromLocal8Bit(argv[1]));
     drawGuide(docs);
     drawGallery(docs);
+    drawFittedScales(docs);
     return 0;
 }

@@ -13,6 +13,9 @@
 /// row.
 void drawGallery(const QDir &docs);
 
+/// Draws the gauges of docs/fit.md, which scripts/scales makes.
+void drawFittedScales(const QDir &docs);
+
 /// Draws docs/editor.png and docs/guide/, and writes the gauge that the guide builds.
 void drawGuide(const QDir &docs);
 
