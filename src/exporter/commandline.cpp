@@ -20,6 +20,8 @@ constexpr int maxSize = maxPictureSize;
 // Below 200 inches, the maximum side of a PDF page.
 constexpr double minSide = 1.0;
 constexpr double maxSide = 5000.0;
+constexpr double minMaxError = 0.0001;
+constexpr double maxMaxError = 90.0;
 constexpr int maxJobs = 1024;
 constexpr int maxInputLimit = 1024;
 
@@ -40,12 +42,13 @@ struct OptionDefinitions
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
     QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
                                QStringLiteral("Show the version.")};
-    QCommandLineOption formats{{QStringLiteral("f"), QStringLiteral("formats")},
-                               QStringLiteral("The formats to write, separated by commas: %1. csv is the "
-                                              "keyframe table, gauge a gauge file in the current form. "
-                                              "Default: png.")
-                                   .arg(formatList()),
-                               QStringLiteral("list")};
+    QCommandLineOption formats{
+        {QStringLiteral("f"), QStringLiteral("formats")},
+        QStringLiteral("The formats to write, separated by commas: %1. csv is the "
+                       "keyframe table, gauge a gauge file in the current form. "
+                       "json, xml and h are the needle's angles as a table. Default: png.")
+            .arg(formatList()),
+        QStringLiteral("list")};
     QCommandLineOption output{{QStringLiteral("o"), QStringLiteral("output")},
                               QStringLiteral("Write to this folder, which is created if it is missing. "
                                              "Default: the folder of each gauge."),
@@ -85,6 +88,21 @@ struct OptionDefinitions
         QStringLiteral("The angle at which the needle of --split is drawn, clockwise from 12 o'clock. For "
                        "several needles repeat the option in the order of --split. Default: the angle of the "
                        "first tick of the needle's first layer."),
+        QStringLiteral("degrees")};
+    QCommandLineOption scale{
+        QStringLiteral("scale"),
+        QStringLiteral(
+            "The layers whose scales become tables of angles, as for --layers. NAME=LAYER,LAYER joins "
+            "layers into one table of this name. Repeat the option for several tables. Default: all "
+            "layers whose labels are shown."),
+        QStringLiteral("layers")};
+    QCommandLineOption maxError{
+        QStringLiteral("max-error"),
+        QStringLiteral(
+            "By how many degrees straight lines between the points of a table depart from the scale at "
+            "most, from %1 to %2. Default: %3.")
+            .arg(QString::number(minMaxError, 'g'), QString::number(maxMaxError),
+                 QString::number(ExportOptions().maxError)),
         QStringLiteral("degrees")};
     QCommandLineOption textAsPaths{
         QStringLiteral("text-as-paths"),
@@ -205,6 +223,7 @@ private:
     void readStandardInput();
     void readNeedles();
     void readBackground();
+    void readScales();
     void readOtherOptions();
     void addFormat(const QString &name);
     [[nodiscard]] bool makesOneFile() const;
@@ -365,7 +384,7 @@ void OptionsReader::readNameTemplate()
     }
 
     if (hasSize && !std::ranges::all_of(m_options.formats, &ExportFormat::isPicture))
-        refuse(QStringLiteral("csv and gauge files have no size; the name template cannot contain {size}"));
+        refuse(QStringLiteral("only pictures have a size; the name template cannot contain {size}"));
     if (!hasSize && makesPictures() && m_options.sizes.size() > 1)
         refuse(QStringLiteral("the name template must contain {size} when there are several sizes"));
 }
@@ -464,9 +483,26 @@ void OptionsReader::readBackground()
     }
 }
 
+void OptionsReader::readScales()
+{
+    m_options.scales = m_parser.values(m_definitions.scale);
+    if (m_options.scales.contains(QString()))
+        refuse(QStringLiteral("--scale needs the name of a layer"));
+    if (!m_parser.isSet(m_definitions.maxError))
+        return;
+    bool isNumber = false;
+    m_options.maxError = m_parser.value(m_definitions.maxError).toDouble(&isNumber);
+    if (!isNumber || !(m_options.maxError >= minMaxError && m_options.maxError <= maxMaxError)) {
+        refuseValue(m_definitions.maxError,
+                    QStringLiteral("a number from %1 to %2")
+                        .arg(QString::number(minMaxError), QString::number(maxMaxError)));
+    }
+}
+
 void OptionsReader::readOtherOptions()
 {
     m_options.layers = m_parser.values(m_definitions.layers);
+    readScales();
     m_options.textAsPaths = m_parser.isSet(m_definitions.textAsPaths);
     m_options.dryRun = m_parser.isSet(m_definitions.dryRun);
     m_options.quiet = m_parser.isSet(m_definitions.quiet);
@@ -502,12 +538,13 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
                        "standard input and writes to standard output."),
         QStringLiteral("FILE..."));
     parser.addOptions(
-        {definitions.help,    definitions.version,     definitions.formats,      definitions.output,
-         definitions.to,      definitions.size,        definitions.nameTemplate, definitions.layers,
-         definitions.split,   definitions.needleAngle, definitions.textAsPaths,  definitions.mm,
-         definitions.dpi,     definitions.compression, definitions.jobs,         definitions.background,
-         definitions.quality, definitions.overwrite,   definitions.keep,         definitions.dryRun,
-         definitions.quiet,   definitions.tickLimit,   definitions.inputLimit});
+        {definitions.help,        definitions.version,     definitions.formats,      definitions.output,
+         definitions.to,          definitions.size,        definitions.nameTemplate, definitions.layers,
+         definitions.split,       definitions.needleAngle, definitions.scale,        definitions.maxError,
+         definitions.textAsPaths, definitions.mm,          definitions.dpi,          definitions.compression,
+         definitions.jobs,        definitions.background,  definitions.quality,      definitions.overwrite,
+         definitions.keep,        definitions.dryRun,      definitions.quiet,        definitions.tickLimit,
+         definitions.inputLimit});
 
     QStringList notUtf8;
     const auto wrongUsage = [](const QString &error) {

@@ -28,4 +28,5 @@ double keyframesSize(const ExportJob &job)
 
 } // namespace
 
-constinit const ExportFormat csvFormat{"csv", false, false, writeKeyframes, keyframesSize};
+constinit const ExportFormat csvFormat{
+    .name = "csv", .write = writeKeyframes, .estimatedSize = keyframesSize};

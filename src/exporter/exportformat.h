@@ -2,6 +2,7 @@
 #define EXPORTFORMAT_H
 
 #include "model/gaugedata.h"
+#include "render/angletable.h"
 #include "render/gaugeparts.h"
 #include "render/imageexport.h"
 
@@ -19,6 +20,7 @@ struct ExportJob
     QString gaugeName;        ///< The name of the gauge file without its suffix.
     QList<gaugeLayer> layers; ///< What is drawn or listed, bottom layer first.
     QList<GaugePart> parts;   ///< All parts of the gauge, bottom part first. Empty when it is not split.
+    QList<AngleTable> tables; ///< The scales.
     QList<int> sizes;         ///< The sides of all pictures of the gauge, in pixels.
     int size = 0;             ///< The side of this picture in pixels. 0 for a format without a size.
     PictureStyle style;       ///< Of a picture.
@@ -26,12 +28,15 @@ struct ExportJob
     int quality = 0;          ///< Of a JPEG or WebP.
 };
 
+/// What a format does with the scales of a gauge.
+enum class ScaleUse { None, Any, OneInEachFile };
+
 /// One kind of file that a gauge is exported as.
 struct ExportFormat
 {
-    const char *name; ///< On the command line; also the suffix of the files.
-    bool isPicture;   ///< Whether the file has a size in pixels.
-    bool isRaster;    ///< Whether it is painted by Qt's raster engine.
+    const char *name;       ///< On the command line; also the suffix of the files.
+    bool isPicture = false; ///< Whether the file has a size in pixels.
+    bool isRaster = false;  ///< Whether it is painted by Qt's raster engine.
 
     /// Writes the file to an open device. Returns false when there is not enough memory or the device does
     /// not take all bytes.
@@ -39,13 +44,19 @@ struct ExportFormat
 
     /// Roughly the number of bytes that write() makes. Null for formats whose files are never much larger
     /// than the picture's pixels or the gauge file.
-    double (*estimatedSize)(const ExportJob &job);
+    double (*estimatedSize)(const ExportJob &job) = nullptr;
 
     bool isOpaque = false;        ///< Whether a picture has no transparency and needs a background.
     int maxSize = maxPictureSize; ///< Of a picture, in pixels.
 
     /// Why this system cannot write the format. Empty when it can. Null for formats that it always can.
     QString (*missing)() = nullptr;
+
+    ScaleUse scales = ScaleUse::None;
+
+    /// Why the gauge cannot be written in this format. Empty when it can. Null for formats that take every
+    /// gauge.
+    QString (*check)(const ExportJob &job) = nullptr;
 };
 
 /// The records of layers, without their names.

@@ -29,6 +29,8 @@ struct ExportOptions
     QString otherNames = QStringLiteral("{name}");
     QStringList layers;                   ///< The layers to export, by name or number. Empty: all.
     QList<NeedleChoice> needles;          ///< Pictures are split into face, needles and cover. Empty: not.
+    QStringList scales;                   ///< As for scaleTables(). Empty: those whose labels are shown.
+    double maxError = 0.1;                ///< Of the tables of scales, in degrees.
     bool textAsPaths = false;             ///< Draw labels as paths.
     double millimetres = 0.0;             ///< The printed size of the pictures. 0: from the density.
     double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the printed size.

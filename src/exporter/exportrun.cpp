@@ -39,6 +39,7 @@ bool exportAll(const ExportOptions &options)
         return exportFromStandardInput(options, progress);
 
     const QStringList collisions = findNameCollisions(options);
+    OutputOwners owners(options);
     InputFiles inputs;
     for (const QString &path : options.files)
         inputs.insert(fileId(path), path);
@@ -52,7 +53,7 @@ bool exportAll(const ExportOptions &options)
             const QString &path = options.files.at(index);
             const QString &collision = collisions.at(index);
             const QString reason =
-                collision.isEmpty() ? exportGauge(path, inputs, options, progress) : collision;
+                collision.isEmpty() ? exportGauge(path, inputs, options, owners, progress) : collision;
             if (!reason.isEmpty()) {
                 allMade = false;
                 progress.failed(path, reason);

@@ -12,6 +12,11 @@ extern const ExportFormat pngFormat;
 extern const ExportFormat svgFormat;
 extern const ExportFormat pdfFormat;
 
+// angleformats.cpp
+extern const ExportFormat jsonFormat;
+extern const ExportFormat xmlFormat;
+extern const ExportFormat headerFormat;
+
 extern const ExportFormat csvFormat;   // csvformat.cpp
 extern const ExportFormat gaugeFormat; // gaugeformat.cpp
 

@@ -3,6 +3,7 @@
 #include "exporter/exportoptions.h"
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
+#include "exporter/scaleselection.h"
 #include "model/layerselection.h"
 #include "render/imageexport.h"
 #include "tools/gaugeinput.h"
@@ -26,7 +27,8 @@ struct Gauge
 {
     QString name; ///< The file's name without its suffix. "Layer 1" for standard input.
     QList<gaugeLayer> layers;
-    QList<GaugePart> parts; ///< Empty when its pictures are not split.
+    QList<GaugePart> parts;   ///< Empty when its pictures are not split.
+    QList<AngleTable> tables; ///< Empty when no format needs them.
 
     /// The part of this name. Null when there is none.
     [[nodiscard]] const GaugePart *part(const QString &partName) const
@@ -67,6 +69,12 @@ QString readForExport(const QByteArray &bytes, const ExportOptions &options, Gau
         reason = selectLayers(gauge.layers, options.layers);
     if (reason.isEmpty())
         reason = checkTickCount(gauge.layers, options.tickLimit);
+    const auto usesScales = [](const ExportFormat *format) { return format->scales != ScaleUse::None; };
+    if (reason.isEmpty() && std::ranges::any_of(options.formats, usesScales)) {
+        const ScaleTables scales = scaleTables(gauge.layers, options.scales, options.maxError);
+        gauge.tables = scales.tables;
+        reason = scales.failure;
+    }
     if (!reason.isEmpty() || options.needles.isEmpty())
         return reason;
     const GaugeParts split = splitGauge(gauge.layers, options.needles);
@@ -84,6 +92,7 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
         .gaugeName = gauge.name,
         .layers = gauge.layers,
         .parts = gauge.parts,
+        .tables = gauge.tables,
         .sizes = options.sizes,
         .size = output.size,
         .style = {.millimetres = options.printedSize(output.size), .textAsPaths = options.textAsPaths},
@@ -97,6 +106,11 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
     // Pictures of the other parts are laid over the bottom one.
     if (job.style.centreDot || output.format->isOpaque)
         job.style.background = options.background;
+    if (output.format->scales == ScaleUse::OneInEachFile)
+        job.tables = gauge.tables.mid(output.scale, 1);
+    const QString refusal = output.format->check != nullptr ? output.format->check(job) : QString();
+    if (!refusal.isEmpty())
+        return refusal;
     if (output.format->estimatedSize != nullptr) {
         const double size = output.format->estimatedSize(job);
         if (size > static_cast<double>(maxSize))
@@ -114,6 +128,40 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
     if (!made)
         return QStringLiteral("The %1 cannot be made: there is not enough memory.").arg(name);
     return bytes.size() > maxSize ? tooLarge : QString();
+}
+
+/// Why several scales do not fit the only file that the user asked for. Empty when they do.
+QString checkOneFile(const Output &output, const Gauge &gauge, const ExportOptions &options)
+{
+    const bool takesOne = output.format->scales == ScaleUse::OneInEachFile &&
+                          (!options.outputFile.isEmpty() || options.readsStandardInput());
+    if (!takesOne || gauge.tables.size() < 2)
+        return {};
+    return QStringLiteral("It has %1 scales, and the %2 takes one (--scale names it).")
+        .arg(gauge.tables.size())
+        .arg(QLatin1String(output.format->name));
+}
+
+/// The files of an output, now that the gauge is known. Sets @a reason if there are several and the user
+/// named one, or another gauge's file has the name of one.
+QList<Output> filesOf(const Output &output, const QString &gaugePath, const Gauge &gauge,
+                      const ExportOptions &options, OutputOwners &owners, QString &reason)
+{
+    if (output.format->scales != ScaleUse::OneInEachFile)
+        return {output};
+    reason = checkOneFile(output, gauge, options);
+    if (!reason.isEmpty())
+        return {};
+    QStringList names;
+    for (const AngleTable &table : gauge.tables)
+        names.append(table.name);
+    const QList<Output> files = outputsForScales(output, gaugePath, names, options);
+    for (const Output &file : files) {
+        reason = owners.add(file.path, gaugePath);
+        if (!reason.isEmpty())
+            return {};
+    }
+    return files;
 }
 
 /// Makes and writes one file. Returns the reason for a failure.
@@ -159,11 +207,11 @@ QString withoutBadAlloc(const auto &work)
 } // namespace
 
 QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const ExportOptions &options,
-                    Progress &progress)
+                    OutputOwners &owners, Progress &progress)
 {
     if (options.notUtf8.contains(gaugePath))
         return QStringLiteral("Its name is not UTF-8.");
-    Gauge gauge{QFileInfo(gaugePath).completeBaseName(), {}, {}};
+    Gauge gauge{QFileInfo(gaugePath).completeBaseName(), {}, {}, {}};
     QString reason = checkBaseName(gaugePath, options);
     if (reason.isEmpty()) {
         reason = withoutBadAlloc([&] {
@@ -176,8 +224,15 @@ QString exportGauge(const QString &gaugePath, const InputFiles &inputs, const Ex
         return reason;
     const QString gaugeId = fileId(gaugePath);
     for (const Output &output : outputsOf(gaugePath, options)) {
-        const QString failure =
-            withoutBadAlloc([&] { return makeFile(output, gaugeId, inputs, gauge, options, progress); });
+        const QString failure = withoutBadAlloc([&] {
+            QString first;
+            for (const Output &file : filesOf(output, gaugePath, gauge, options, owners, first)) {
+                const QString reasonOfFile = makeFile(file, gaugeId, inputs, gauge, options, progress);
+                if (first.isEmpty())
+                    first = reasonOfFile;
+            }
+            return first;
+        });
         if (reason.isEmpty())
             reason = failure;
     }
@@ -192,12 +247,15 @@ QString exportStandardInput(const ExportOptions &options)
         if (!reason.isEmpty())
             return reason;
         // Without a file name the first layer gets the name of its row.
-        Gauge gauge{QCoreApplication::translate("Window", "Layer %1").arg(1), {}, {}};
+        Gauge gauge{QCoreApplication::translate("Window", "Layer %1").arg(1), {}, {}, {}};
         reason = readForExport(bytes, options, gauge);
         if (!reason.isEmpty() || options.dryRun)
             return reason;
         const ExportFormat *format = options.formats.constFirst();
         const Output output{format, format->isPicture ? options.sizes.constFirst() : 0, {}, {}};
+        reason = checkOneFile(output, gauge, options);
+        if (!reason.isEmpty())
+            return reason;
         QByteArray result;
         reason = makeOutput(output, gauge, options, result);
         return reason.isEmpty() ? writeStandardOutput(result) : reason;

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QString>
 
+class OutputOwners;
 class Progress;
 struct ExportOptions;
 
@@ -11,11 +12,12 @@ struct ExportOptions;
 using InputFiles = QHash<QString, QString>;
 
 /// Exports one gauge file and tells @a progress about each file written. No file in @a inputs is replaced,
-/// except that the gauge itself may be written in the gauge format.
+/// except that the gauge itself may be written in the gauge format. @a owners keeps gauges from writing the
+/// same file.
 ///
 /// Returns an empty text, or the reason for the first failure; the other files are still made. Thread-safe.
 [[nodiscard]] QString exportGauge(const QString &gaugePath, const InputFiles &inputs,
-                                  const ExportOptions &options, Progress &progress);
+                                  const ExportOptions &options, OutputOwners &owners, Progress &progress);
 
 /// Exports the gauge on standard input to standard output. Returns an empty text, or the reason for the
 /// failure.

@@ -13,4 +13,4 @@ bool writeGauge(QIODevice &device, const ExportJob &job)
 
 } // namespace
 
-constinit const ExportFormat gaugeFormat{"gauge", false, false, writeGauge, nullptr};
+constinit const ExportFormat gaugeFormat{.name = "gauge", .write = writeGauge};

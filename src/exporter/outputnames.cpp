@@ -39,6 +39,24 @@ QString uniquePath(const QString &path, ExistingFile existing)
     return folder.isEmpty() ? info.absoluteFilePath() : folder + QLatin1Char('/') + info.fileName();
 }
 
+QString alreadyWritten(const QString &path, const QString &gauge)
+{
+    return QStringLiteral("%1 is already written for %2.").arg(path, gauge);
+}
+
+/// The name of a scale as part of a file name on every system.
+QString fileNamePart(const QString &scale)
+{
+    constexpr qsizetype maxLength = 60; // file names have up to 255 bytes, a character up to 3
+    QString part;
+    for (const QChar character : scale.left(maxLength)) {
+        const bool isAllowed = character.isPrint() && !character.isSurrogate() &&
+                               !QStringLiteral("/\\:*?\"<>|").contains(character);
+        part += isAllowed ? character : QLatin1Char('_');
+    }
+    return part.trimmed().isEmpty() ? QStringLiteral("scale") : part.trimmed();
+}
+
 } // namespace
 
 QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options)
@@ -53,6 +71,25 @@ QList<Output> outputsOf(const QString &gaugePath, const ExportOptions &options)
             for (const QString &part : parts)
                 outputs.append({format, size, part, outputPath(gaugePath, *format, size, part, options)});
         }
+    }
+    return outputs;
+}
+
+QList<Output> outputsForScales(const Output &output, const QString &gaugePath, const QStringList &scaleNames,
+                               const ExportOptions &options)
+{
+    if (scaleNames.size() < 2)
+        return {output};
+    QList<Output> outputs;
+    QStringList used;
+    for (qsizetype scale = 0; scale < scaleNames.size(); ++scale) {
+        const QString part = fileNamePart(scaleNames.at(scale));
+        QString name = part;
+        for (int number = 2; used.contains(name, Qt::CaseInsensitive); ++number)
+            name = part + QLatin1Char('-') + QString::number(number);
+        used.append(name);
+        outputs.append({output.format, output.size, output.part,
+                        outputPath(gaugePath, *output.format, output.size, name, options), scale});
     }
     return outputs;
 }
@@ -77,7 +114,7 @@ QStringList findNameCollisions(const ExportOptions &options)
         for (const Output &output : outputs) {
             const QString other = gaugeOfOutput.value(uniquePath(output.path, options.existing));
             if (!other.isEmpty() && reason.isEmpty())
-                reason = QStringLiteral("%1 is already written for %2.").arg(output.path, other);
+                reason = alreadyWritten(output.path, other);
         }
         reasons.append(reason);
         if (!reason.isEmpty())
@@ -86,4 +123,23 @@ QStringList findNameCollisions(const ExportOptions &options)
             gaugeOfOutput.insert(uniquePath(output.path, options.existing), gauge);
     }
     return reasons;
+}
+
+OutputOwners::OutputOwners(const ExportOptions &options)
+    : m_existing(options.existing)
+{
+    for (const QString &gauge : options.files) {
+        for (const Output &output : outputsOf(gauge, options))
+            (void)add(output.path, gauge);
+    }
+}
+
+QString OutputOwners::add(const QString &path, const QString &gauge)
+{
+    const QString id = uniquePath(path, m_existing);
+    const std::lock_guard lock(m_mutex);
+    const QString owner = m_gauges.value(id);
+    if (owner.isEmpty())
+        m_gauges.insert(id, gauge);
+    return owner.isEmpty() || owner == gauge ? QString() : alreadyWritten(path, owner);
 }

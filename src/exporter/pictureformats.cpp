@@ -31,6 +31,8 @@ double pdfSize(const ExportJob &job)
 
 } // namespace
 
-constinit const ExportFormat pngFormat{"png", true, true, writePng, nullptr};
-constinit const ExportFormat svgFormat{"svg", true, false, writeSvg, svgSize};
-constinit const ExportFormat pdfFormat{"pdf", true, false, writePdf, pdfSize};
+constinit const ExportFormat pngFormat{.name = "png", .isPicture = true, .isRaster = true, .write = writePng};
+constinit const ExportFormat svgFormat{
+    .name = "svg", .isPicture = true, .write = writeSvg, .estimatedSize = svgSize};
+constinit const ExportFormat pdfFormat{
+    .name = "pdf", .isPicture = true, .write = writePdf, .estimatedSize = pdfSize};

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -43,7 +44,7 @@ public:
     }
 
 private:
-    const gaugeData &m_layer;
+    gaugeData m_layer;
     double m_start;
     double m_end;
 };
@@ -86,16 +87,50 @@ QList<QPointF> samples(const Scale &scale, double tolerance)
 double scaleAngle(const gaugeData &layer, double position)
 {
     // Computed from the painter's angle, so that both have the same rounding errors.
-    return -(tickAngle(layer, divisionFraction(position, layer.divisionCount[0])) - 90.0);
+    return 90.0 - tickAngle(layer, divisionFraction(position, layer.divisionCount[0]));
 }
 
 QList<QPointF> angleTablePoints(const gaugeData &layer, double maxError)
 {
-    const Scale scale(layer);
-    if (!scale.isValid() || !(maxError > 0.0))
+    return joinedTablePoints({layer}, maxError);
+}
+
+QList<QPointF> joinedTablePoints(const QList<gaugeData> &layers, double maxError)
+{
+    QList<Scale> scales;
+    double largest = 0.0;
+    for (const gaugeData &layer : layers) {
+        scales.append(Scale(layer));
+        if (!scales.constLast().isValid())
+            return {};
+        largest = std::max({largest, std::abs(layer.startAngle) + 90.0, std::abs(layer.angleLength)});
+    }
+    if (!(maxError > 0.0))
         return {};
-    const double largest = std::max(std::abs(layer.startAngle) + 90.0, std::abs(layer.angleLength));
+    std::ranges::stable_sort(scales, {}, &Scale::min);
     const double precision = std::ldexp(largest, -46);
     const double tolerance = std::max(maxError / 1024.0, precision);
-    return simplifiedTable(samples(scale, tolerance), std::max(maxError - tolerance, precision));
+    QList<QPointF> exact;
+    for (const Scale &scale : std::as_const(scales)) {
+        const QList<QPointF> points = samples(scale, tolerance);
+        if (points.isEmpty())
+            return {};
+        for (QPointF point : points) {
+            const bool isJump = point == points.constFirst() && !exact.isEmpty() &&
+                                point.x() <= exact.constLast().x() && point.y() != exact.constLast().y();
+            if (isJump)
+                point.setX(std::nextafter(exact.constLast().x(), std::numeric_limits<double>::infinity()));
+            if (exact.isEmpty() || point.x() > exact.constLast().x())
+                exact.append(point);
+        }
+    }
+    return simplifiedTable(exact, std::max(maxError - tolerance, precision));
+}
+
+QList<QPointF> scaleEnds(const gaugeData &layer)
+{
+    const Scale scale(layer);
+    if (!scale.isValid())
+        return {};
+    return {scale.point(scale.min()), scale.point(scale.max())};
 }

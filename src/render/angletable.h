@@ -40,4 +40,12 @@ struct AngleTable
 /// is not above 0.
 [[nodiscard]] QList<QPointF> angleTablePoints(const gaugeData &layer, double maxError);
 
+/// Returns the scales of several layers as one table, as angleTablePoints() does for one. The lowest values
+/// come first, whatever the order of @a layers. Where a layer's scale begins at another angle than the last
+/// one ended, the table has a jump. Empty when one of the layers has no scale.
+[[nodiscard]] QList<QPointF> joinedTablePoints(const QList<gaugeData> &layers, double maxError);
+
+/// Returns the points with the smallest and the largest value of a layer's scale. Empty when it has none.
+[[nodiscard]] QList<QPointF> scaleEnds(const gaugeData &layer);
+
 #endif

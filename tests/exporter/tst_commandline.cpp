@@ -42,7 +42,8 @@ void tst_CommandLine::refusesWrongUsage_data()
             QTest::newRow(arguments.constData()) << arguments << error;
     };
     const auto notAFormat = [](const QString &name) {
-        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv or gauge"_s.arg(name);
+        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv, gauge, json, xml or h"_s
+            .arg(name);
     };
     rows(u"no gauge file is given"_s, {"-q"});
     rows(u"a file has an empty name"_s, {"a ''"});
@@ -86,8 +87,7 @@ void tst_CommandLine::refusesWrongUsage_data()
              {QByteArray("-n ") + (*text == '\0' ? "''" : text) + " a"});
     }
     rows(u"the name template must contain {size} when there are several sizes"_s, {"-s 64,128 -n {name} a"});
-    rows(u"csv and gauge files have no size; the name template cannot contain {size}"_s,
-         {"-f csv -n {size} a"});
+    rows(u"only pictures have a size; the name template cannot contain {size}"_s, {"-f csv -n {size} a"});
     rows(u"the output folder has an empty name"_s, {"-o '' a"});
     rows(u"--overwrite and --keep cannot be given together"_s, {"--overwrite --keep a"});
     for (const char *value : {"-1", "10", "best"}) {
