@@ -15,7 +15,7 @@ _corvalence_export() {
             # Complete the part after the last comma and keep the text before it.
             local chosen=
             [[ $current == *,* ]] && chosen=${current%,*},
-            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png jpeg webp svg pdf csv gauge" -- "${current##*,}")
+            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png jpeg webp svg pdf csv gauge json xml h" -- "${current##*,}")
             return
             ;;
         -o | --output)
@@ -44,14 +44,14 @@ _corvalence_export() {
             mapfile -t COMPREPLY < <(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$current")
             return
             ;;
-        -l | --layers | --quality | --split | --needle-angle | --mm | --dpi | -j | --jobs | --tick-limit | --input-limit)
+        -l | --layers | --quality | --split | --needle-angle | --scale | --max-error | --mm | --dpi | -j | --jobs | --tick-limit | --input-limit)
             return
             ;;
     esac
 
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --split
-            --needle-angle --text-as-paths --mm --dpi --background --quality --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
+            --needle-angle --scale --max-error --text-as-paths --mm --dpi --background --quality --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
         return
     fi
     compopt -o filenames
