@@ -278,11 +278,12 @@ ScaleFit fitScale(const ScaleCurve &curve, const ScaleMarks &marks, double maxEr
     // The painter's rounding errors come on top.
     const double plannedError = maxError * (1.0 - 1e-6);
     int lastDrawn = -1;
-    for (const ScalePiece &piece : planScale(planned, plannedError)) {
+    const ScalePlan plan = planScale(planned, plannedError);
+    for (const ScalePiece &piece : plan.pieces) {
         const auto angles =
             std::span(planned.angles)
                 .subspan(static_cast<size_t>(piece.first), static_cast<size_t>(piece.last - piece.first) + 1);
-        const Sweep sweep = closestSweep(angles, piece.start, piece.end, plannedError)
+        const Sweep sweep = closestSweep(angles, piece.start, piece.end, plannedError, plan.roundsBias)
                                 .value_or(Sweep{.start = piece.start, .end = piece.end});
         gaugeLayer layer = maker.layer(piece, sweep, piece.first != lastDrawn);
         if (!fit.layers.isEmpty())

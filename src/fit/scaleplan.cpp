@@ -24,6 +24,9 @@ constexpr double minRoundedError = 0.05;
 /// With such ends, an error cannot be much smaller.
 constexpr double smallestRoundedError = 0.01;
 
+/// With such ends, a sweep that is not further off follows its curve exactly.
+constexpr double exactError = 0.02;
+
 /// Fewer pieces are better. With as many, those that begin and end with labels, and then ends that depart
 /// less.
 struct Cost
@@ -81,6 +84,12 @@ struct Plan
 {
     Cost cost;
     std::vector<ScalePiece> pieces;
+
+    /// Whether it has as few pieces as @a other, and of these as few without labels.
+    [[nodiscard]] bool isAsGoodAs(const Plan &other) const
+    {
+        return cost.pieces <= other.cost.pieces && cost.withoutLabels <= other.cost.withoutLabels;
+    }
 };
 
 /// Finds the fewest pieces, by dynamic programming over the labels.
@@ -96,6 +105,9 @@ public:
 
     /// Returns the best pieces for a largest error that is at most that of the constructor.
     Plan plan(double error);
+
+    /// From now on, allows only sweeps whose bias has two decimals.
+    void roundBias() { m_roundsBias = true; }
 
 private:
     [[nodiscard]] int markOf(int label) const { return label * m_marks.partsPerGap; }
@@ -118,6 +130,7 @@ private:
 
     const PlannedMarks &m_marks;
     bool m_roundsAngles;
+    bool m_roundsBias = false;
     double m_error = 0.0;
     std::vector<std::vector<double>> m_ruledOut; ///< for each run, an error that is too small for it
     std::vector<PlacesOfLabel> m_drawn;
@@ -141,7 +154,7 @@ double Planner::place(int mark, size_t departure) const
 
 bool Planner::sweepFits(int first, double start, int last, double end) const
 {
-    return std::abs(end - start) <= maxSweep && fits(angles(first, last), start, end, m_error);
+    return std::abs(end - start) <= maxSweep && fits(angles(first, last), start, end, m_error, m_roundsBias);
 }
 
 /// Returns whether no sweep can draw the labels from @a from to @a to and all marks between them.
@@ -299,24 +312,39 @@ std::vector<ScalePiece> Planner::piecesTo(int label, size_t end) const
     return pieces;
 }
 
+/// Replaces @a best by a plan that is as good and has the smallest error. @a error is that of the best; the
+/// smallest is at least @a minError. Returns it.
+double reduceError(Planner &planner, Plan &best, double error, double minError)
+{
+    for (int i = 0; i < 8; ++i) {
+        const double middle = (minError + error) / 2.0;
+        Plan plan = planner.plan(middle);
+        const bool isAsGood = plan.isAsGoodAs(best);
+        (isAsGood ? error : minError) = middle;
+        if (isAsGood)
+            best = std::move(plan);
+    }
+    return error;
+}
+
 } // namespace
 
-std::vector<ScalePiece> planScale(const PlannedMarks &marks, double maxError)
+ScalePlan planScale(const PlannedMarks &marks, double maxError)
 {
     if (marks.lastOfRun.empty())
         return {};
     Planner planner(marks, maxError);
     Plan best = planner.plan(maxError);
-    double tooSmall = maxError >= minRoundedError ? smallestRoundedError : 0.0;
-    double error = maxError;
-    for (int i = 0; i < 8; ++i) {
-        const double middle = (tooSmall + error) / 2.0;
-        Plan plan = planner.plan(middle);
-        const bool isBetter =
-            plan.cost.pieces <= best.cost.pieces && plan.cost.withoutLabels <= best.cost.withoutLabels;
-        (isBetter ? error : tooSmall) = middle;
-        if (isBetter)
-            best = std::move(plan);
+    if (maxError < minRoundedError) {
+        reduceError(planner, best, maxError, 0.0);
+        return {.pieces = best.pieces, .roundsBias = false};
     }
-    return best.pieces;
+    if (reduceError(planner, best, maxError, smallestRoundedError) <= exactError)
+        return {.pieces = best.pieces, .roundsBias = false};
+    planner.roundBias();
+    Plan rounded = planner.plan(maxError);
+    if (!rounded.isAsGoodAs(best))
+        return {.pieces = best.pieces, .roundsBias = false};
+    reduceError(planner, rounded, maxError, smallestRoundedError);
+    return {.pieces = rounded.pieces, .roundsBias = true};
 }

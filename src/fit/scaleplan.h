@@ -24,6 +24,13 @@ struct ScalePiece
     double end = 0.0;   ///< angle at which the last mark is drawn
 };
 
+/// How to draw a scale.
+struct ScalePlan
+{
+    std::vector<ScalePiece> pieces; ///< in the order of the marks
+    bool roundsBias = false;        ///< two decimals suffice for the bias
+};
+
 /// Returns pieces in the order of the marks that draw each of them within @a maxError degrees of its angle.
 ///
 /// There are as few pieces as are found with sweeps whose ends are in one of nine places. With as few, the
@@ -31,7 +38,10 @@ struct ScalePiece
 /// it, at the same angle. A piece between labels begins and ends with marks that are both minor or both
 /// subminor.
 ///
-/// Empty if there are no marks.
-[[nodiscard]] std::vector<ScalePiece> planScale(const PlannedMarks &marks, double maxError);
+/// If errors of a twentieth of a degree are allowed, pieces end at hundredths of a degree, as the editor
+/// shows them. So does the bias, if this takes no more pieces and the curve does not follow a bias exactly.
+///
+/// No pieces if there are no marks.
+[[nodiscard]] ScalePlan planScale(const PlannedMarks &marks, double maxError);
 
 #endif

@@ -1,7 +1,10 @@
 #include "fit/sweepfit.h"
 
+#include "render/sweep.h"
+
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -15,6 +18,8 @@ struct BiasRange
     double max = 1.0;
 
     [[nodiscard]] bool isEmpty() const { return !(min <= max); }
+    [[nodiscard]] bool contains(double bias) const { return min <= bias && bias <= max; }
+    [[nodiscard]] double middle() const { return (min + max) / 2.0; }
 };
 
 /// Returns the bias with which biasedFraction(@a t) is @a fraction; both between 0 and 1, and neither 0
@@ -85,15 +90,52 @@ std::optional<double> smallestError(std::span<const double> angles, double start
 /// Returns the number with the fewest decimals in the middle of @a range, or the middle itself.
 double simplestBias(const BiasRange &range)
 {
-    const double middle = (range.min + range.max) / 2.0;
-    if (range.min <= 0.5 && range.max >= 0.5)
+    if (range.contains(0.5))
         return 0.5;
     for (const double scale : {100.0, 1e3, 1e4, 1e5}) {
-        const double rounded = std::round(middle * scale) / scale;
-        if (rounded >= range.min && rounded <= range.max)
+        const double rounded = std::round(range.middle() * scale) / scale;
+        if (range.contains(rounded))
             return rounded;
     }
-    return middle;
+    return range.middle();
+}
+
+/// Returns the largest distance of a tick from its angle.
+double distanceOf(const Sweep &sweep, std::span<const double> angles)
+{
+    double largest = 0.0;
+    for (size_t i = 0; i < angles.size(); ++i) {
+        const double t = static_cast<double>(i) / static_cast<double>(angles.size() - 1);
+        const double fraction = biasedFraction(t, sweep.bias, sweep.midpointBias);
+        largest = std::max(largest, std::abs(sweep.start + fraction * (sweep.end - sweep.start) - angles[i]));
+    }
+    return largest;
+}
+
+/// Returns the number with two decimals in @a range with which @a sweep is closest to @a angles, or nothing
+/// if there is none.
+std::optional<double> roundedBias(Sweep sweep, const BiasRange &range, std::span<const double> angles)
+{
+    std::optional<double> best;
+    double smallest = 0.0;
+    for (int i = static_cast<int>(std::ceil(range.min * 100.0)); i <= range.max * 100.0; ++i) {
+        sweep.bias = i / 100.0;
+        const double distance = distanceOf(sweep, angles);
+        if (!best || distance < smallest) {
+            best = sweep.bias;
+            smallest = distance;
+        }
+    }
+    return best;
+}
+
+bool fitsWith(bool midpoint, bool roundsBias, std::span<const double> angles, double start, double end,
+              double error)
+{
+    const BiasRange range = biasRange(angles, start, end, error, midpoint);
+    if (range.isEmpty() || !roundsBias)
+        return !range.isEmpty();
+    return std::ceil(range.min * 100.0) <= std::floor(range.max * 100.0);
 }
 
 } // namespace
@@ -102,30 +144,37 @@ bool maybeFits(std::span<const double> angles, double error)
 {
     // Where both ends depart by the error, each tick moves by at most the error against a sweep with its ends
     // on the curve.
-    const auto fitsWith = [&](bool midpoint) {
-        return !biasRange(angles, angles.front(), angles.back(), 2.0 * error, midpoint).isEmpty();
-    };
-    return std::abs(angles.back() - angles.front()) <= 2.0 * error || fitsWith(false) || fitsWith(true);
+    return std::abs(angles.back() - angles.front()) <= 2.0 * error ||
+           fits(angles, angles.front(), angles.back(), 2.0 * error, false);
 }
 
-bool fits(std::span<const double> angles, double start, double end, double error)
+bool fits(std::span<const double> angles, double start, double end, double error, bool roundsBias)
 {
-    return !biasRange(angles, start, end, error, false).isEmpty() ||
-           !biasRange(angles, start, end, error, true).isEmpty();
+    return fitsWith(false, roundsBias, angles, start, end, error) ||
+           fitsWith(true, roundsBias, angles, start, end, error);
 }
 
-std::optional<Sweep> closestSweep(std::span<const double> angles, double start, double end, double error)
+std::optional<Sweep> closestSweep(std::span<const double> angles, double start, double end, double error,
+                                  bool roundsBias)
 {
-    std::optional<Sweep> closest;
-    double closestError = error;
+    std::optional<Sweep> best;
+    // One with two decimals goes before a closer one.
+    std::pair<bool, double> bestRank;
     for (const bool midpoint : {false, true}) {
         const std::optional<double> least = smallestError(angles, start, end, error, midpoint);
-        if (!least || (closest && *least >= closestError))
+        if (!least)
             continue;
+        Sweep sweep{.start = start, .end = end, .bias = 0.5, .midpointBias = midpoint};
+        std::optional<double> rounded;
+        if (roundsBias)
+            rounded = roundedBias(sweep, biasRange(angles, start, end, error, midpoint), angles);
         const double allowed = std::min(error, *least + 0.01);
-        const double bias = simplestBias(biasRange(angles, start, end, allowed, midpoint));
-        closest = Sweep{.start = start, .end = end, .bias = bias, .midpointBias = midpoint};
-        closestError = *least;
+        sweep.bias = rounded.value_or(simplestBias(biasRange(angles, start, end, allowed, midpoint)));
+        const std::pair<bool, double> rank{!rounded, distanceOf(sweep, angles)};
+        if (!best || rank < bestRank) {
+            best = sweep;
+            bestRank = rank;
+        }
     }
-    return closest;
+    return best;
 }

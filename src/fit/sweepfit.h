@@ -20,12 +20,15 @@ struct Sweep
 [[nodiscard]] bool maybeFits(std::span<const double> angles, double error);
 
 /// Returns whether there is a bias with which the sweep from @a start to @a end places its ticks, one for
-/// each of @a angles, within @a error degrees of them. At least two angles.
-[[nodiscard]] bool fits(std::span<const double> angles, double start, double end, double error);
+/// each of @a angles, within @a error degrees of them. At least two angles. With @a roundsBias, only amounts
+/// with two decimals count.
+[[nodiscard]] bool fits(std::span<const double> angles, double start, double end, double error,
+                        bool roundsBias);
 
-/// Returns the sweep from @a start to @a end whose ticks are closest to @a angles, with as few decimals of
-/// its bias as cost no more than a hundredth of a degree. Nothing if they are not within @a error degrees.
+/// Returns the sweep from @a start to @a end whose ticks are closest to @a angles. Nothing if they are not
+/// within @a error degrees. With @a roundsBias, the amount of the bias has two decimals if possible;
+/// otherwise as few as cost no more than a hundredth of a degree.
 [[nodiscard]] std::optional<Sweep> closestSweep(std::span<const double> angles, double start, double end,
-                                                double error);
+                                                double error, bool roundsBias);
 
 #endif

@@ -257,6 +257,7 @@ void tst_ScaleFit::valuesThatTheFormShows()
             QVERIFY(hasTwoDecimals(layer.data.angleLength));
             QVERIFY(std::abs(layer.data.startAngle) <= 360.0);
             QVERIFY(std::abs(layer.data.angleLength) <= 360.0);
+            QVERIFY(hasTwoDecimals(layer.data.bias));
             QVERIFY(layer.data.bias >= 0.0 && layer.data.bias <= 1.0);
         }
     }
