@@ -24,7 +24,7 @@ constexpr double minRoundedError = 0.05;
 /// With such ends, an error cannot be much smaller.
 constexpr double smallestRoundedError = 0.01;
 
-/// With such ends, a sweep that is not further off follows its curve exactly.
+/// With such ends, a single sweep that is not further off follows its curve exactly.
 constexpr double exactError = 0.02;
 
 /// Fewer pieces are better. With as many, those that begin and end with labels, and then ends that depart
@@ -339,7 +339,8 @@ ScalePlan planScale(const PlannedMarks &marks, double maxError)
         reduceError(planner, best, maxError, 0.0);
         return {.pieces = best.pieces, .roundsBias = false};
     }
-    if (reduceError(planner, best, maxError, smallestRoundedError) <= exactError)
+    const double error = reduceError(planner, best, maxError, smallestRoundedError);
+    if (best.pieces.size() == 1 && error <= exactError)
         return {.pieces = best.pieces, .roundsBias = false};
     planner.roundBias();
     Plan rounded = planner.plan(maxError);

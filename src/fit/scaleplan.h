@@ -39,7 +39,8 @@ struct ScalePlan
 /// subminor.
 ///
 /// If errors of a twentieth of a degree are allowed, pieces end at hundredths of a degree, as the editor
-/// shows them. So does the bias, if this takes no more pieces and the curve does not follow a bias exactly.
+/// shows them. So does the bias, if this takes no more pieces, unless a single sweep follows the curve
+/// exactly.
 ///
 /// No pieces if there are no marks.
 [[nodiscard]] ScalePlan planScale(const PlannedMarks &marks, double maxError);

@@ -113,19 +113,23 @@ double distanceOf(const Sweep &sweep, std::span<const double> angles)
 }
 
 /// Returns the number with two decimals in @a range with which @a sweep is closest to @a angles, or nothing
-/// if there is none.
+/// if there is none. No bias, if that is as close.
 std::optional<double> roundedBias(Sweep sweep, const BiasRange &range, std::span<const double> angles)
 {
     std::optional<double> best;
     double smallest = 0.0;
-    for (int i = static_cast<int>(std::ceil(range.min * 100.0)); i <= range.max * 100.0; ++i) {
-        sweep.bias = i / 100.0;
+    const auto consider = [&](double bias) {
+        sweep.bias = bias;
         const double distance = distanceOf(sweep, angles);
         if (!best || distance < smallest) {
-            best = sweep.bias;
+            best = bias;
             smallest = distance;
         }
-    }
+    };
+    if (range.contains(0.5))
+        consider(0.5);
+    for (int i = static_cast<int>(std::ceil(range.min * 100.0)); i <= range.max * 100.0; ++i)
+        consider(i / 100.0);
     return best;
 }
 

@@ -142,6 +142,7 @@ private Q_SLOTS:
     void worstErrorIsThatOfTheMarks();
     void layersMeetAtAngles();
     void valuesThatTheFormShows();
+    void noBiasBetweenTwoMarks();
     void layersAreNamedAfterTheirValues();
     void labelsAreTheWantedNumbers_data();
     void labelsAreTheWantedNumbers();
@@ -260,6 +261,16 @@ void tst_ScaleFit::valuesThatTheFormShows()
             QVERIFY(hasTwoDecimals(layer.data.bias));
             QVERIFY(layer.data.bias >= 0.0 && layer.data.bias <= 1.0);
         }
+    }
+}
+
+void tst_ScaleFit::noBiasBetweenTwoMarks()
+{
+    const QList<gaugeLayer> layers = layersOf(threeDecades, marksAt(decades, 1));
+    QVERIFY(layers.size() > 1);
+    for (const gaugeLayer &layer : layers) {
+        QCOMPARE(layer.data.divisionCount[0], 1);
+        QCOMPARE(layer.data.bias, 0.5);
     }
 }
 
