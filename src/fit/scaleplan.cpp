@@ -312,19 +312,19 @@ std::vector<ScalePiece> Planner::piecesTo(int label, size_t end) const
     return pieces;
 }
 
-/// Replaces @a best by a plan that is as good and has the smallest error. @a error is that of the best; the
-/// smallest is at least @a minError. Returns it.
-double reduceError(Planner &planner, Plan &best, double error, double minError)
+/// Replaces @a best, a plan for the error @a largest, by one that is as good and has the smallest error that
+/// is found, which is more than @a limit. Returns this error.
+double reduceError(Planner &planner, Plan &best, double largest, double limit)
 {
     for (int i = 0; i < 8; ++i) {
-        const double middle = (minError + error) / 2.0;
+        const double middle = (limit + largest) / 2.0;
         Plan plan = planner.plan(middle);
         const bool isAsGood = plan.isAsGoodAs(best);
-        (isAsGood ? error : minError) = middle;
+        (isAsGood ? largest : limit) = middle;
         if (isAsGood)
             best = std::move(plan);
     }
-    return error;
+    return largest;
 }
 
 } // namespace
