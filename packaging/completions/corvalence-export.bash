@@ -15,7 +15,7 @@ _corvalence_export() {
             # Complete the part after the last comma and keep the text before it.
             local chosen=
             [[ $current == *,* ]] && chosen=${current%,*},
-            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png jpeg webp svg pdf csv gauge json xml h" -- "${current##*,}")
+            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png jpeg webp svg pdf csv gauge json xml h html" -- "${current##*,}")
             return
             ;;
         -o | --output)

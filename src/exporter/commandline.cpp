@@ -46,7 +46,8 @@ struct OptionDefinitions
         {QStringLiteral("f"), QStringLiteral("formats")},
         QStringLiteral("The formats to write, separated by commas: %1. csv is the "
                        "keyframe table, gauge a gauge file in the current form. "
-                       "json, xml and h are the needle's angles as a table. Default: png.")
+                       "json, xml and h are the needle's angles as a table, html is a page with "
+                       "a needle that moves. Default: png.")
             .arg(formatList()),
         QStringLiteral("list")};
     QCommandLineOption output{{QStringLiteral("o"), QStringLiteral("output")},

@@ -19,5 +19,6 @@ extern const ExportFormat headerFormat;
 
 extern const ExportFormat csvFormat;   // csvformat.cpp
 extern const ExportFormat gaugeFormat; // gaugeformat.cpp
+extern const ExportFormat htmlFormat;  // htmlformat.cpp
 
 #endif

@@ -42,7 +42,7 @@ void tst_CommandLine::refusesWrongUsage_data()
             QTest::newRow(arguments.constData()) << arguments << error;
     };
     const auto notAFormat = [](const QString &name) {
-        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv, gauge, json, xml or h"_s
+        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv, gauge, json, xml, h or html"_s
             .arg(name);
     };
     rows(u"no gauge file is given"_s, {"-q"});

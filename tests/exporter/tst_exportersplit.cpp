@@ -23,6 +23,10 @@ private Q_SLOTS:
     void onlyTheFaceHasTheDot();
     void needlesOfSamplesAreFound_data();
     void needlesOfSamplesAreFound();
+    void pageTakesTheNeedleByItself_data();
+    void pageTakesTheNeedleByItself();
+    void pageThatCannotBeMadeIsReported_data();
+    void pageThatCannotBeMadeIsReported();
     void partsAreTheWholePicture_data();
     void partsAreTheWholePicture();
 };
@@ -125,6 +129,63 @@ void tst_ExporterSplit::needlesOfSamplesAreFound()
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(contents(path(u"out"_s)),
              QStringList({sample + u"-cover.png"_s, sample + u"-face.png"_s, sample + u"-needle.png"_s}));
+}
+
+void tst_ExporterSplit::pageTakesTheNeedleByItself_data()
+{
+    QTest::addColumn<QStringList>("layers");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("labels"); // of the needles
+    const QStringList needle{u"Face"_s, u"Needle base"_s, u"Needle"_s, u"Hub"_s};
+    QTest::newRow("by its name") << needle << QStringList() << QStringList{u"A"_s};
+    QTest::newRow("without a needle")
+        << QStringList{u"Face"_s, u"Hand"_s} << QStringList() << QStringList{u"A"_s};
+    QTest::newRow("chosen") << needle << QStringList{u"--split"_s, u"Needle"_s, u"--split"_s, u"Hub"_s}
+                            << QStringList{u"Needle"_s, u"Hub"_s};
+}
+
+void tst_ExporterSplit::pageTakesTheNeedleByItself()
+{
+    QFETCH(const QStringList, layers);
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QStringList, labels);
+    writeGauge(u"A.gauge"_s, layers);
+    const ExporterRun result = run(arguments + QStringList{u"--to"_s, u"A.html"_s, u"A.gauge"_s});
+    QCOMPARE(result.err, QByteArray());
+    const QString page = QString::fromUtf8(read(u"A.html"_s));
+    QStringList found;
+    static const QRegularExpression label(u"role=\"meter\" aria-label=\"([^\"]*)\""_s);
+    for (const QRegularExpressionMatch &match : label.globalMatch(page))
+        found.append(match.captured(1));
+    QCOMPARE(found, labels);
+}
+
+void tst_ExporterSplit::pageThatCannotBeMadeIsReported_data()
+{
+    QTest::addColumn<QStringList>("layers");
+    QTest::addColumn<bool>("hasScale");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("no scale") << QStringList{u"Face"_s} << false << QByteArray("It has no scale");
+    QTest::newRow("parts of the needle")
+        << QStringList{u"Needle"_s, u"Face"_s, u"Needle tail"_s} << true
+        << QByteArray("\"Face\" lies between those of \"Needle*\". (--split names");
+}
+
+void tst_ExporterSplit::pageThatCannotBeMadeIsReported()
+{
+    QFETCH(const QStringList, layers);
+    QFETCH(const bool, hasScale);
+    QFETCH(const QByteArray, error);
+    gaugeData data;
+    data.tickCountEnabled = hasScale;
+    QList<gaugeLayer> gauge;
+    for (const QString &name : layers)
+        gauge.append({name, data});
+    write(u"A.gauge"_s, gaugeFile::write(gauge));
+    const ExporterRun result = run("-f html A.gauge");
+    QCOMPARE(result.status, 1);
+    QVERIFY2(result.err.contains(error), result.err);
+    QVERIFY(!files().contains(u"A.html"_s));
 }
 
 void tst_ExporterSplit::partsAreTheWholePicture_data()
