@@ -77,8 +77,7 @@ QString takeLayers(const QString &wanted, ScalePlace &place)
     if (!unknown.isNull())
         return describeUnknownLayer(unknown, place.layers);
     std::ranges::sort(rows);
-    const auto repeated = std::ranges::unique(rows);
-    rows.erase(repeated.begin(), repeated.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
 
     QList<gaugeLayer> replaced;
     for (const qsizetype row : std::as_const(rows))

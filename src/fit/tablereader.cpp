@@ -26,8 +26,8 @@ QString sortRows(QList<TableRow> &rows)
                      numberText(before.reading), before.place);
         }
     }
-    const auto repeated = std::ranges::unique(rows, {}, &TableRow::value);
-    rows.erase(repeated.begin(), repeated.end());
+    const auto isRepeated = [](const TableRow &a, const TableRow &b) { return a.value == b.value; };
+    rows.erase(std::unique(rows.begin(), rows.end(), isRepeated), rows.end());
     return {};
 }
 
