@@ -353,6 +353,8 @@ void FitOptionsReader::readOutput()
         m_options.existing = ExistingFile::Keep;
 
     const QString suffix = QFileInfo(m_options.angleTable).suffix().toLower();
+    if (isSet(m_definitions.angleTable) && m_options.angleTable == m_options.output)
+        refuse(QStringLiteral("--output and --table name the same file"));
     const QStringList suffixes{QStringLiteral("json"), QStringLiteral("xml"), QStringLiteral("h")};
     if (isSet(m_definitions.angleTable) && !suffixes.contains(suffix))
         refuseValue(m_definitions.angleTable, m_options.angleTable,

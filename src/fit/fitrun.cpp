@@ -1,5 +1,6 @@
 #include "fit/fitrun.h"
 
+#include "fit/curvetable.h"
 #include "fit/fitoptions.h"
 #include "fit/fitreport.h"
 #include "fit/gaugecheck.h"
@@ -131,6 +132,12 @@ QString checkReplacesNoInput(const FitOptions &options)
     return {};
 }
 
+/// The name of the gauge in tables: of its file, or else of the measured points.
+QString gaugeName(const FitOptions &options)
+{
+    return QFileInfo(options.output == standardStream ? options.table : options.output).completeBaseName();
+}
+
 QString writeOutput(const QString &path, const QByteArray &bytes, ExistingFile existing)
 {
     return path == standardStream ? writeStandardOutput(bytes)
@@ -182,7 +189,18 @@ QString makeGauge(const FitOptions &options)
                      .overlaps = overlappingLabels(fit.layers)};
     for (qsizetype index = 0; index < layers.size(); ++index)
         place.layers.insert(place.row + index, layers.at(index));
+    CurveTable angles;
+    if (!options.angleTable.isEmpty()) {
+        angles =
+            makeCurveTable(*curve, std::min(curve->minValue(), marks.labels.constFirst()),
+                           std::max(curve->maxValue(), marks.labels.constLast()),
+                           QFileInfo(options.angleTable).suffix().toLower(), gaugeName(options), fit.layers);
+        if (!angles.failure.isEmpty())
+            return options.angleTable + QLatin1String(": ") + angles.failure;
+    }
     reason = writeOutput(options.output, gaugeFile::write(place.layers), options.existing);
+    if (reason.isEmpty() && !options.angleTable.isEmpty())
+        reason = writeOutput(options.angleTable, angles.bytes, options.existing);
     if (!reason.isEmpty())
         return reason;
     printReport(options.jsonReport ? fitReportJson(report) : fitReportText(report));

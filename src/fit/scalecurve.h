@@ -29,6 +29,8 @@ public:
 
     [[nodiscard]] double minValue() const { return m_points.first().x(); }
     [[nodiscard]] double maxValue() const { return m_points.last().x(); }
+    /// Returns the points that the curve goes through.
+    [[nodiscard]] const QList<QPointF> &points() const { return m_points; }
 
 private:
     QList<QPointF> m_points;

@@ -96,7 +96,7 @@ TableRows readJsonRows(const QByteArray &json)
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError) {
         return failed(QStringLiteral("line %1: %2")
-                          .arg(json.first(error.offset).count('\n') + 1)
+                          .arg(json.left(error.offset).count('\n') + 1)
                           .arg(error.errorString()));
     }
     const QJsonArray scales = document.object().value(QLatin1String("scales")).toArray();

@@ -46,6 +46,9 @@ private Q_SLOTS:
     void takesTheLookOfALayer();
     void replacesLayersOfAGauge();
     void drawsRangesBelowTheScale();
+    void writesTheCurveAsATable_data();
+    void writesTheCurveAsATable();
+    void replacesNeitherFileIfOneExists();
     void reportsOnOneScreen();
     void reportsOverlaps();
     void checksGauges_data();
@@ -380,6 +383,35 @@ void tst_FitProgram::drawsRangesBelowTheScale()
     QCOMPARE(arcs.arcWidth[3], 7.0);
     QCOMPARE(layers.at(2).data.arcAngleLength, (std::array{1.0, 0.0, 0.0, 0.0}));
     QCOMPARE(layers.at(3).data.arcAngleLength, (std::array{0.0, 0.0, 0.0, 0.0}));
+}
+
+void tst_FitProgram::writesTheCurveAsATable_data()
+{
+    QTest::addColumn<QString>("suffix");
+    QTest::newRow("json") << u"json"_s;
+    QTest::newRow("xml") << u"xml"_s;
+}
+
+void tst_FitProgram::writesTheCurveAsATable()
+{
+    QFETCH(const QString, suffix);
+    QCOMPARE(run({u"bent.csv"_s, u"--labels=-10,25,40"_s, u"--extrapolate"_s, u"-o"_s, u"g.gauge"_s,
+                  u"--table"_s, u"t."_s + suffix})
+                 .status,
+             0);
+    // Straight lines between the points of the table are as good as the curve, to 0.1 degrees.
+    const ProgramRun check =
+        run({u"t."_s + suffix, u"--straight"_s, u"--check"_s, u"g.gauge"_s, u"--max-error"_s, u"0.36"_s});
+    QVERIFY2(check.status == 0, check.err.constData());
+}
+
+void tst_FitProgram::replacesNeitherFileIfOneExists()
+{
+    write(u"t.h"_s, "mine");
+    QCOMPARE(run("line.csv -o g.gauge --table t.h").status, 1);
+    QVERIFY(!files().contains(u"g.gauge"_s));
+    QCOMPARE(run("line.csv -o g.gauge --table t.h --overwrite").status, 0);
+    QVERIFY(read(u"t.h"_s).contains("g_tenths("));
 }
 
 void tst_FitProgram::reportsOnOneScreen()

@@ -143,6 +143,8 @@ void tst_TableReader::refusesFaults_data()
         u"\"points\": the file ends after no point; a scale needs two points at least"_s);
     row("JSON with a text", jsonTable("[[0, 1], [1, \"2\"]]"),
         u"point 2: it is not a pair of numbers, value and angle"_s);
+    row("JSON that ends early", "{\"scales\": [{\"points\": [[0, 1]\n, [1",
+        u"line 2: invalid termination by number"_s);
     row("JSON with three numbers", jsonTable("[[0, 1, 2]]"),
         u"point 1: it is not a pair of numbers, value and angle"_s);
     row("JSON beyond the limit", jsonTable("[[0, 1], [1e16, 2]]"),
