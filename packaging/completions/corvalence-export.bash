@@ -15,7 +15,7 @@ _corvalence_export() {
             # Complete the part after the last comma and keep the text before it.
             local chosen=
             [[ $current == *,* ]] && chosen=${current%,*},
-            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png jpeg webp svg pdf csv gauge json xml h html" -- "${current##*,}")
+            mapfile -t COMPREPLY < <(compgen -P "$chosen" -W "png jpeg webp svg pdf csv gauge json xml h html rgb565 c" -- "${current##*,}")
             return
             ;;
         -o | --output)
@@ -40,6 +40,10 @@ _corvalence_export() {
             mapfile -t COMPREPLY < <(compgen -W "white black transparent" -- "$current")
             return
             ;;
+        --byte-order)
+            mapfile -t COMPREPLY < <(compgen -W "little big" -- "$current")
+            return
+            ;;
         --compression)
             mapfile -t COMPREPLY < <(compgen -W "0 1 2 3 4 5 6 7 8 9" -- "$current")
             return
@@ -51,7 +55,7 @@ _corvalence_export() {
 
     if [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "--formats --output --to --size --name-template --layers --split
-            --needle-angle --scale --max-error --text-as-paths --mm --dpi --background --quality --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
+            --needle-angle --scale --max-error --text-as-paths --mm --dpi --background --quality --byte-order --no-crop --compression --jobs --overwrite --keep --dry-run --quiet --tick-limit --input-limit --help --version" -- "$current")
         return
     fi
     compopt -o filenames

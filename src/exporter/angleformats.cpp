@@ -25,14 +25,30 @@ QByteArray jsonList(const QByteArray &name, const QByteArrayList &elements)
            (elements.isEmpty() ? QByteArray() : "\n    " + elements.join(",\n    ") + "\n  ") + ']';
 }
 
-QByteArray jsonPart(const GaugePart &part)
+QByteArray jsonCrop(const PartCrop &crop)
 {
+    const QPointF pivot = QPointF(crop.size, crop.size) / 2.0 - crop.area.topLeft();
+    const auto number = [](int value) { return QByteArray::number(value); };
+    return "{\"size\": " + number(crop.size) + ", \"x\": " + number(crop.area.x()) +
+           ", \"y\": " + number(crop.area.y()) + ", \"width\": " + number(crop.area.width()) +
+           ", \"height\": " + number(crop.area.height()) + ", \"pivot\": [" + shortestNumber(pivot.x()) +
+           ", " + shortestNumber(pivot.y()) + "]}";
+}
+
+QByteArray jsonPart(const GaugePart &part, const QList<PartCrop> &allCrops)
+{
+    QByteArrayList crops;
+    for (const PartCrop &crop : allCrops) {
+        if (crop.part == part.name)
+            crops.append(jsonCrop(crop));
+    }
     QByteArrayList layers;
     for (const gaugeLayer &layer : part.layers)
         layers.append(jsonString(layer.name));
     const QByteArray angle =
         part.isNeedle ? ", \"angle\": " + shortestNumber(part.needleAngle) : QByteArray();
-    return "{\"name\": " + jsonString(part.name) + angle + ", \"layers\": [" + layers.join(", ") + "]}";
+    return "{\"name\": " + jsonString(part.name) + angle + ", \"layers\": [" + layers.join(", ") + ']' +
+           (crops.isEmpty() ? QByteArray() : ", \"crops\": [" + crops.join(", ") + ']') + '}';
 }
 
 bool writeJson(QIODevice &device, const ExportJob &job)
@@ -56,7 +72,7 @@ bool writeJson(QIODevice &device, const ExportJob &job)
     QByteArrayList parts;
     for (const GaugePart &part : job.parts) {
         if (!part.layers.isEmpty())
-            parts.append(jsonPart(part));
+            parts.append(jsonPart(part, job.crops));
     }
     if (!job.parts.isEmpty())
         json += jsonList("parts", parts);
@@ -89,7 +105,8 @@ QString checkHeader(const ExportJob &job)
 
 } // namespace
 
-constinit const ExportFormat jsonFormat{.name = "json", .write = writeJson, .scales = ScaleUse::Any};
+constinit const ExportFormat jsonFormat{
+    .name = "json", .write = writeJson, .scales = ScaleUse::Any, .listsCrops = true};
 constinit const ExportFormat xmlFormat{
     .name = "xml", .write = writeXml, .scales = ScaleUse::OneInEachFile, .check = checkHasScale};
 constinit const ExportFormat headerFormat{

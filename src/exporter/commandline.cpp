@@ -25,7 +25,7 @@ constexpr double maxMaxError = 90.0;
 constexpr int maxJobs = 1024;
 constexpr int maxInputLimit = 1024;
 
-/// "png, svg, pdf, csv or gauge"
+/// "png, jpeg, ... or c"
 QString formatList()
 {
     QStringList names;
@@ -130,6 +130,15 @@ struct OptionDefinitions
             .arg(maxQuality)
             .arg(ExportOptions().quality),
         QStringLiteral("number")};
+    QCommandLineOption byteOrder{
+        QStringLiteral("byte-order"),
+        QStringLiteral(
+            "The order of the two bytes of a pixel in RGB565 files: little or big. Default: little."),
+        QStringLiteral("order")};
+    QCommandLineOption noCrop{
+        QStringLiteral("no-crop"),
+        QStringLiteral(
+            "Do not crop the needles and covers of --split in RGB565 and C files to their marks.")};
     QCommandLineOption compression{
         QStringLiteral("compression"),
         QStringLiteral(
@@ -519,6 +528,14 @@ void OptionsReader::readOtherOptions()
 
     m_options.compression = readLevel(m_definitions.compression, m_options.compression, maxCompression);
     m_options.quality = readLevel(m_definitions.quality, m_options.quality, maxQuality);
+    if (m_parser.isSet(m_definitions.byteOrder)) {
+        const QString order = m_parser.value(m_definitions.byteOrder);
+        if (order == QLatin1String("big"))
+            m_options.byteOrder = ByteOrder::Big;
+        else if (order != QLatin1String("little"))
+            refuseValue(m_definitions.byteOrder, QStringLiteral("little or big"));
+    }
+    m_options.crop = !m_parser.isSet(m_definitions.noCrop);
     m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), maxJobs);
     m_options.tickLimit =
         readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
@@ -543,9 +560,9 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
          definitions.to,          definitions.size,        definitions.nameTemplate, definitions.layers,
          definitions.split,       definitions.needleAngle, definitions.scale,        definitions.maxError,
          definitions.textAsPaths, definitions.mm,          definitions.dpi,          definitions.compression,
-         definitions.jobs,        definitions.background,  definitions.quality,      definitions.overwrite,
-         definitions.keep,        definitions.dryRun,      definitions.quiet,        definitions.tickLimit,
-         definitions.inputLimit});
+         definitions.jobs,        definitions.background,  definitions.byteOrder,    definitions.noCrop,
+         definitions.quality,     definitions.overwrite,   definitions.keep,         definitions.dryRun,
+         definitions.quiet,       definitions.tickLimit,   definitions.inputLimit});
 
     QStringList notUtf8;
     const auto wrongUsage = [](const QString &error) {

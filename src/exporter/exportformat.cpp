@@ -4,9 +4,9 @@
 
 const QList<const ExportFormat *> &exportFormats()
 {
-    static const QList<const ExportFormat *> all{&pngFormat, &jpegFormat,   &webpFormat,  &svgFormat,
-                                                 &pdfFormat, &csvFormat,    &gaugeFormat, &jsonFormat,
-                                                 &xmlFormat, &headerFormat, &htmlFormat};
+    static const QList<const ExportFormat *> all{
+        &pngFormat,  &jpegFormat, &webpFormat,   &svgFormat,  &pdfFormat,    &csvFormat,   &gaugeFormat,
+        &jsonFormat, &xmlFormat,  &headerFormat, &htmlFormat, &rgb565Format, &sourceFormat};
     return all;
 }
 

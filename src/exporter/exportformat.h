@@ -1,6 +1,7 @@
 #ifndef EXPORTFORMAT_H
 #define EXPORTFORMAT_H
 
+#include "exporter/rawpicture.h"
 #include "model/gaugedata.h"
 #include "render/angletable.h"
 #include "render/gaugeparts.h"
@@ -14,6 +15,14 @@ class QIODevice;
 /// The largest side of a picture in pixels.
 inline constexpr int maxPictureSize = 16384;
 
+/// Where the picture of a part is cropped.
+struct PartCrop
+{
+    QString part; ///< The name of the GaugePart.
+    int size = 0; ///< The side of the picture before, in pixels.
+    QRect area;   ///< What is left of it, in pixels.
+};
+
 /// What one file is made of. Each format uses what it needs.
 struct ExportJob
 {
@@ -22,10 +31,14 @@ struct ExportJob
     QList<GaugePart> parts;   ///< All parts of the gauge, bottom part first. Empty when it is not split.
     QList<AngleTable> tables; ///< The scales.
     QList<int> sizes;         ///< The sides of all pictures of the gauge, in pixels.
+    QList<PartCrop> crops;    ///< Of all pictures that are cropped, for formats that list them.
+    QString partName;         ///< Of the part that is drawn. Empty: the whole gauge.
     int size = 0;             ///< The side of this picture in pixels. 0 for a format without a size.
     PictureStyle style;       ///< Of a picture.
     int compression = 0;      ///< Of a PNG.
     int quality = 0;          ///< Of a JPEG or WebP.
+    bool cropped = false;     ///< Whether a raw picture has only the area with marks.
+    ByteOrder byteOrder = ByteOrder::Little; ///< Of the pixels in an RGB565 file.
 };
 
 /// What a format does with the scales of a gauge.
@@ -57,6 +70,9 @@ struct ExportFormat
     /// Why the gauge cannot be written in this format. Empty when it can. Null for formats that take every
     /// gauge.
     QString (*check)(const ExportJob &job) = nullptr;
+
+    bool cropsParts = false; ///< Whether pictures of parts above the face are cropped to their marks.
+    bool listsCrops = false; ///< Whether it tells where.
 };
 
 /// The records of layers, without their names.

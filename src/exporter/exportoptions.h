@@ -27,17 +27,19 @@ struct ExportOptions
     /// size.
     QString pictureNames = QStringLiteral("{name}");
     QString otherNames = QStringLiteral("{name}");
-    QStringList layers;                   ///< The layers to export, by name or number. Empty: all.
-    QList<NeedleChoice> needles;          ///< Pictures are split into face, needles and cover. Empty: not.
-    QStringList scales;                   ///< As for scaleTables(). Empty: those whose labels are shown.
-    double maxError = 0.1;                ///< Of the tables of scales, in degrees.
-    bool textAsPaths = false;             ///< Draw labels as paths.
-    double millimetres = 0.0;             ///< The printed size of the pictures. 0: from the density.
-    double dotsPerInch = 0.0;             ///< The density of the pictures. 0: from the printed size.
-    QColor background;                    ///< Below the pictures. Invalid: transparent.
-    int quality = 90;                     ///< Of JPEG and WebP files, from 0 to maxQuality.
-    int compression = defaultCompression; ///< Of PNG files, from 0 to maxCompression.
-    int jobs = 1;                         ///< The number of gauges to work on at a time.
+    QStringList layers;                      ///< The layers to export, by name or number. Empty: all.
+    QList<NeedleChoice> needles;             ///< Pictures are split into face, needles and cover. Empty: not.
+    QStringList scales;                      ///< As for scaleTables(). Empty: those whose labels are shown.
+    double maxError = 0.1;                   ///< Of the tables of scales, in degrees.
+    bool textAsPaths = false;                ///< Draw labels as paths.
+    double millimetres = 0.0;                ///< The printed size of the pictures. 0: from the density.
+    double dotsPerInch = 0.0;                ///< The density of the pictures. 0: from the printed size.
+    QColor background;                       ///< Below the pictures. Invalid: transparent.
+    int quality = 90;                        ///< Of JPEG and WebP files, from 0 to maxQuality.
+    bool crop = true;                        ///< Crop parts in formats that do so.
+    ByteOrder byteOrder = ByteOrder::Little; ///< Of RGB565 files.
+    int compression = defaultCompression;    ///< Of PNG files, from 0 to maxCompression.
+    int jobs = 1;                            ///< The number of gauges to work on at a time.
     ExistingFile existing = ExistingFile::Refuse;
     bool dryRun = false;
     bool quiet = false;

@@ -7,6 +7,10 @@
 extern const ExportFormat jpegFormat;
 extern const ExportFormat webpFormat;
 
+// rawformats.cpp
+extern const ExportFormat rgb565Format;
+extern const ExportFormat sourceFormat;
+
 // pictureformats.cpp
 extern const ExportFormat pngFormat;
 extern const ExportFormat svgFormat;

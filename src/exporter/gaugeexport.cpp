@@ -82,30 +82,65 @@ QString readForExport(const QByteArray &bytes, const ExportOptions &options, Gau
     return split.failure;
 }
 
-/// Makes the bytes of one output. Returns the reason for a failure.
-QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions &options, QByteArray &bytes)
+/// What one output is made of.
+ExportJob jobOf(const Output &output, const Gauge &gauge, const ExportOptions &options)
 {
-    constexpr qsizetype maxSize = qsizetype(1024) * 1024 * 1024;
-    const QString name = QLatin1String(output.format->name);
-    QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
     ExportJob job{
         .gaugeName = gauge.name,
         .layers = gauge.layers,
         .parts = gauge.parts,
         .tables = gauge.tables,
         .sizes = options.sizes,
+        .crops = {},
+        .partName = output.part,
         .size = output.size,
         .style = {.millimetres = options.printedSize(output.size), .textAsPaths = options.textAsPaths},
         .compression = options.compression,
-        .quality = options.quality};
+        .quality = options.quality,
+        .byteOrder = options.byteOrder};
     if (const GaugePart *const part = gauge.part(output.part)) {
         job.layers = part->layers;
         job.style.centreDot = part == &gauge.parts.constFirst();
         job.style.rotation = -part->needleAngle;
+        job.cropped = !job.style.centreDot && options.crop;
     }
     // Pictures of the other parts are laid over the bottom one.
     if (job.style.centreDot || output.format->isOpaque)
         job.style.background = options.background;
+    return job;
+}
+
+/// Whether the parts of a split gauge are cropped in one of the formats.
+bool cropsParts(const ExportOptions &options)
+{
+    return options.crop && std::ranges::any_of(options.formats, &ExportFormat::cropsParts);
+}
+
+/// Where the parts above the face are cropped. Leaves out those for which there is not enough memory: they
+/// are not made either.
+QList<PartCrop> partCrops(const Gauge &gauge, const ExportOptions &options)
+{
+    QList<PartCrop> crops;
+    for (const GaugePart &part : gauge.parts) {
+        if (&part == &gauge.parts.constFirst() || part.layers.isEmpty())
+            continue;
+        for (const int size : options.sizes) {
+            const Output picture{findExportFormat(QStringLiteral("rgb565")), size, part.name, {}};
+            const QRect area = drawRawPicture(jobOf(picture, gauge, options), options.byteOrder).area;
+            if (!area.isNull())
+                crops.append({part.name, size, area});
+        }
+    }
+    return crops;
+}
+
+/// Makes the bytes of one output. Returns the reason for a failure.
+QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions &options, QByteArray &bytes)
+{
+    constexpr qsizetype maxSize = qsizetype(1024) * 1024 * 1024;
+    const QString name = QLatin1String(output.format->name);
+    QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
+    ExportJob job = jobOf(output, gauge, options);
     if (output.format->scales == ScaleUse::OneInEachFile)
         job.tables = gauge.tables.mid(output.scale, 1);
     const QString refusal = output.format->check != nullptr ? output.format->check(job) : QString();
@@ -119,9 +154,13 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
         // program. The text is in memory as UTF-16 and twice as UTF-8 when it is written.
         (void)QByteArray(static_cast<qsizetype>(4.0 * size), Qt::Uninitialized);
     }
+    const bool listsCrops = output.format->listsCrops && cropsParts(options);
     // Outside the global pool, Qt's raster engine starts threads itself and waits forever if there are none.
-    if (output.format->isRaster && !QThreadPool::globalInstance()->contains(QThread::currentThread()))
+    if ((output.format->isRaster || listsCrops) &&
+        !QThreadPool::globalInstance()->contains(QThread::currentThread()))
         return QStringLiteral("The %1 cannot be made: the system starts no more threads.").arg(name);
+    if (listsCrops)
+        job.crops = partCrops(gauge, options);
 
     QBuffer buffer(&bytes);
     const bool made = buffer.open(QIODevice::WriteOnly) && output.format->write(buffer, job);

@@ -1,5 +1,6 @@
 #include "render/angletable.h"
 #include "render/angletablefiles.h"
+#include "render/cnames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -44,39 +45,6 @@ qint64 scaledValue(double value, int decimalCount)
     return std::llround(value * std::pow(10.0, decimalCount));
 }
 
-/// The letters and digits of a name, with an underscore in place of all others between them. Other letters
-/// than ASCII ones become their numbers.
-QByteArray identifierPart(const QString &name)
-{
-    constexpr qsizetype maxLength = 28; // compilers need not tell identifiers apart after 63 characters
-    QByteArray part;
-    bool isBetween = false;
-    for (const QChar character : name) {
-        const bool isPlain = character.unicode() < 0x80 && character.isLetterOrNumber();
-        const bool isLetter = isPlain || character.isLetterOrNumber() || character.isSurrogate();
-        if (isLetter && isBetween && !part.isEmpty())
-            part += '_';
-        isBetween = !isLetter;
-        if (isPlain)
-            part += character.toLower().toLatin1();
-        else if (isLetter)
-            part += 'u' + QByteArray::number(character.unicode(), 16);
-        if (part.size() >= maxLength)
-            break;
-    }
-    return part.left(maxLength);
-}
-
-/// What the names of one gauge's header begin with. Never a keyword, because something follows.
-QByteArray gaugePrefix(const QString &gaugeName)
-{
-    const QByteArray part = identifierPart(gaugeName);
-    if (part.isEmpty())
-        return "gauge";
-    const bool startsWithDigit = part.front() >= '0' && part.front() <= '9';
-    return startsWithDigit ? "gauge_" + part : part;
-}
-
 QByteArray prefixOf(const QByteArray &gauge, const AngleTable &table, const QByteArrayList &used)
 {
     QByteArray part = identifierPart(table.name);
@@ -86,21 +54,6 @@ QByteArray prefixOf(const QByteArray &gauge, const AngleTable &table, const QByt
     for (int number = 2; used.contains(prefix); ++number)
         prefix = gauge + '_' + part + '_' + QByteArray::number(number);
     return prefix;
-}
-
-/// A name for a comment in C: printable ASCII in quotation marks, without what ends a comment, begins
-/// another, or is a trigraph or the end of a line.
-QByteArray commentText(const QString &name)
-{
-    QByteArray text = "\"";
-    for (const QChar character : name) {
-        const bool isPlain = character >= u' ' && character <= u'~' && character != u'*' &&
-                             character != u'/' && character != u'\\' && character != u'?' &&
-                             character != u'"';
-        text += isPlain ? QByteArray(1, character.toLatin1())
-                        : "<" + QByteArray::number(character.unicode(), 16).rightJustified(4, '0') + ">";
-    }
-    return text + '"';
 }
 
 /// Integers as the elements of an array, in lines that are not too long.

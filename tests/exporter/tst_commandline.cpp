@@ -42,7 +42,7 @@ void tst_CommandLine::refusesWrongUsage_data()
             QTest::newRow(arguments.constData()) << arguments << error;
     };
     const auto notAFormat = [](const QString &name) {
-        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv, gauge, json, xml, h or html"_s
+        return u"\"%1\" is not a format; it must be png, jpeg, webp, svg, pdf, csv, gauge, json, xml, h, html, rgb565 or c"_s
             .arg(name);
     };
     rows(u"no gauge file is given"_s, {"-q"});
@@ -61,6 +61,8 @@ void tst_CommandLine::refusesWrongUsage_data()
              {QByteArray("-b ") + value + " a"});
     }
     rows(u"a webp has at most 16383 pixels on each side"_s, {"-f webp -s 64,16384 a"});
+    rows(u"\"middle\" is not a value for --byte-order; it must be little or big"_s,
+         {"--byte-order middle a"});
     rows(u"\"101\" is not a value for --quality; it must be a whole number from 0 to 100"_s,
          {"--quality 101 a"});
     rows(u"the size must be from 64 to 16384 pixels"_s,
@@ -169,10 +171,11 @@ void tst_CommandLine::theHelpListsEveryOption()
     const CommandLine result = parse("--help");
     QCOMPARE(result.outcome, CommandLine::Outcome::ShowText);
     for (const char *option :
-         {"--formats",       "--output",    "--to",     "--size",       "--name-template", "--layers",
-          "--text-as-paths", "--mm",        "--dpi",    "--background", "--quality",       "--compression",
-          "--jobs",          "--overwrite", "--keep",   "--dry-run",    "--quiet",         "--tick-limit",
-          "--input-limit",   "--help",      "--version"})
+         {"--formats",     "--output",        "--to",      "--size",        "--name-template",
+          "--layers",      "--text-as-paths", "--mm",      "--dpi",         "--background",
+          "--quality",     "--byte-order",    "--no-crop", "--compression", "--jobs",
+          "--overwrite",   "--keep",          "--dry-run", "--quiet",       "--tick-limit",
+          "--input-limit", "--help",          "--version"})
         QVERIFY2(result.text.contains(QLatin1String(option)), option);
 }
 
