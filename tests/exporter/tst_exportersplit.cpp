@@ -3,6 +3,9 @@
 #include "support/testmain.h"
 
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -20,6 +23,7 @@ private Q_SLOTS:
     void filesOfParts();
     void needleThatIsMissingFailsTheGauge();
     void otherFormatsAreWhole();
+    void tableTellsTheParts();
     void onlyTheFaceHasTheDot();
     void needlesOfSamplesAreFound_data();
     void needlesOfSamplesAreFound();
@@ -95,6 +99,24 @@ void tst_ExporterSplit::otherFormatsAreWhole()
     QCOMPARE(run("-f csv,gauge -o whole A.gauge").status, 0);
     QCOMPARE(read(u"out/A.csv"_s), read(u"whole/A.csv"_s));
     QCOMPARE(read(u"out/A.gauge"_s), read(u"whole/A.gauge"_s));
+}
+
+void tst_ExporterSplit::tableTellsTheParts()
+{
+    const QStringList arguments =
+        words("-f json -s 300,64 --split Needle* --split Hub --needle-angle -24.5 --needle-angle 90");
+    const ExporterRun result = run(arguments + QStringList{u"-o"_s, path({}), samplePath(u"Speedometer"_s)});
+    QCOMPARE(result.err, QByteArray());
+    const QJsonObject table = QJsonDocument::fromJson(read(u"Speedometer.json"_s)).object();
+    QStringList parts;
+    for (const QJsonValue &part : table["parts"_L1].toArray()) {
+        const int layerCount = static_cast<int>(part["layers"_L1].toArray().size());
+        parts.append(
+            u"%1 %2 %3"_s.arg(part["name"_L1].toString()).arg(layerCount).arg(part["angle"_L1].toDouble()));
+    }
+    QCOMPARE(parts, QStringList({u"face 4 0"_s, u"needle 3 -24.5"_s, u"needle-2 1 90"_s}));
+    QCOMPARE(table["sizes"_L1][0]["pivot"_L1][0].toDouble(), 150.0);
+    QCOMPARE(table["sizes"_L1][1]["pivot"_L1][1].toDouble(), 32.0);
 }
 
 void tst_ExporterSplit::onlyTheFaceHasTheDot()

@@ -81,7 +81,11 @@
             if (!(event.key in steps) || event.altKey || event.ctrlKey || event.metaKey)
                 return;
             event.preventDefault();
-            this.show((Math.round(this.value / this.step) + steps[event.key]) * this.step);
+            // From a value between two steps to the next step; the margin is for rounding errors.
+            const position = this.value / this.step;
+            const count = steps[event.key];
+            const start = count > 0 ? Math.floor(position + 1e-6) : Math.ceil(position - 1e-6);
+            this.show((start + count) * this.step);
         }
     }
 
