@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int usualTables = 2000;
+constexpr int usualTables = 1000;
 constexpr uint64_t firstSeed = 1;
 
 /// A table and what is asked for.
