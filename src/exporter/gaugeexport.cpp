@@ -203,6 +203,13 @@ QList<Output> filesOf(const Output &output, const QString &gaugePath, const Gaug
     return files;
 }
 
+/// Why a dry run reports that the file would not be made. Empty when it would be made.
+QString checkInDryRun(const Output &output, const Gauge &gauge, const ExportOptions &options)
+{
+    const bool isChecked = options.dryRun && output.format->check != nullptr;
+    return isChecked ? output.format->check(jobOf(output, gauge, options)) : QString();
+}
+
 /// Makes and writes one file. Returns the reason for a failure.
 QString makeFile(const Output &output, const QString &gaugeId, const InputFiles &inputs, const Gauge &gauge,
                  const ExportOptions &options, Progress &progress)
@@ -215,6 +222,9 @@ QString makeFile(const Output &output, const QString &gaugeId, const InputFiles 
     if (!id.isEmpty() && inputs.contains(id) && !updatesGauge && options.existing != ExistingFile::Keep)
         return QStringLiteral("%1 is a gauge to export and is not replaced.").arg(output.path);
 
+    const QString refusal = checkInDryRun(output, gauge, options);
+    if (!refusal.isEmpty())
+        return refusal;
     WriteResult result = checkOutputFile(output.path, options.existing);
     if (result.written && !options.dryRun) {
         QByteArray bytes;
@@ -288,12 +298,14 @@ QString exportStandardInput(const ExportOptions &options)
         // Without a file name the first layer gets the name of its row.
         Gauge gauge{QCoreApplication::translate("Window", "Layer %1").arg(1), {}, {}, {}};
         reason = readForExport(bytes, options, gauge);
-        if (!reason.isEmpty() || options.dryRun)
+        if (!reason.isEmpty())
             return reason;
         const ExportFormat *format = options.formats.constFirst();
         const Output output{format, format->isPicture ? options.sizes.constFirst() : 0, {}, {}};
         reason = checkOneFile(output, gauge, options);
-        if (!reason.isEmpty())
+        if (reason.isEmpty())
+            reason = checkInDryRun(output, gauge, options);
+        if (!reason.isEmpty() || options.dryRun)
             return reason;
         QByteArray result;
         reason = makeOutput(output, gauge, options, result);

@@ -204,9 +204,14 @@ void tst_ExporterSplit::pageThatCannotBeMadeIsReported()
     for (const QString &name : layers)
         gauge.append({name, data});
     write(u"A.gauge"_s, gaugeFile::write(gauge));
-    const ExporterRun result = run("-f html A.gauge");
-    QCOMPARE(result.status, 1);
-    QVERIFY2(result.err.contains(error), result.err);
+    const RunConditions fromFile{.standardInput = path(u"A.gauge"_s)};
+    for (const char *arguments : {"-f html A.gauge", "-f html --dry-run A.gauge"}) {
+        const ExporterRun result = run(arguments);
+        QCOMPARE(result.status, 1);
+        QVERIFY2(result.err.contains(error), result.err);
+        QCOMPARE(result.out, QByteArray());
+    }
+    QCOMPARE(run("-f html --dry-run -", fromFile).status, 1);
     QVERIFY(!files().contains(u"A.html"_s));
 }
 
