@@ -63,7 +63,7 @@ QList<QPointF> randomPoints(Random &random)
 /// Labels on the curve: with equal steps, or anywhere.
 QList<double> randomLabels(Random &random, double min, double max)
 {
-    const QList<double> rounded = roundLabels(min, max, random.between(2, 25));
+    QList<double> rounded = roundLabels(min, max, random.between(2, 25));
     if (!rounded.isEmpty() && !random.oneIn(3))
         return rounded;
     std::set<double> values;
