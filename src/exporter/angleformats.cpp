@@ -109,5 +109,8 @@ constinit const ExportFormat jsonFormat{
     .name = "json", .write = writeJson, .scales = ScaleUse::Any, .listsCrops = true};
 constinit const ExportFormat xmlFormat{
     .name = "xml", .write = writeXml, .scales = ScaleUse::OneInEachFile, .check = checkHasScale};
-constinit const ExportFormat headerFormat{
-    .name = "h", .write = writeHeader, .scales = ScaleUse::Any, .check = checkHeader};
+constinit const ExportFormat headerFormat{.name = "h",
+                                          .write = writeHeader,
+                                          .scales = ScaleUse::Any,
+                                          .tableRounding = headerRounding,
+                                          .check = checkHeader};

@@ -66,6 +66,9 @@ struct ExportFormat
     QString (*missing)() = nullptr;
 
     ScaleUse scales = ScaleUse::None;
+    /// By how many degrees writing the points of a table can move its lines. The tables are that much more
+    /// precise, but not more than twice as precise.
+    double tableRounding = 0.0;
 
     /// Why the gauge cannot be written in this format. Empty when it can. Null for formats that take every
     /// gauge.

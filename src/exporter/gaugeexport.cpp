@@ -143,6 +143,16 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
     ExportJob job = jobOf(output, gauge, options);
     if (output.format->scales == ScaleUse::OneInEachFile)
         job.tables = gauge.tables.mid(output.scale, 1);
+    if (output.format->tableRounding > 0.0) {
+        const ScaleTables scales =
+            scaleTables(gauge.layers, options.scales,
+                        std::max(options.maxError - output.format->tableRounding, options.maxError / 2.0));
+        if (!scales.failure.isEmpty())
+            return scales.failure;
+        job.tables = scales.tables;
+        for (AngleTable &table : job.tables)
+            table.maxError = options.maxError;
+    }
     const QString refusal = output.format->check != nullptr ? output.format->check(job) : QString();
     if (!refusal.isEmpty())
         return refusal;

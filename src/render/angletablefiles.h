@@ -21,6 +21,10 @@ struct AngleTable;
 /// "dep" (the angle) for each point. The names are in a comment; what a comment cannot hold becomes U+FFFD.
 [[nodiscard]] QByteArray angleTableXml(const QString &gaugeName, const AngleTable &table);
 
+/// By how many degrees angleTableHeader() moves the lines of a table: half of a tenth for the angles, a
+/// hundredth for the values.
+inline constexpr double headerRounding = 0.06;
+
 /// Why the tables cannot be written as a C header: numbers that are too large for integers. Empty when they
 /// can.
 [[nodiscard]] QString checkAngleTableHeader(const QList<AngleTable> &tables);

@@ -110,7 +110,8 @@ QByteArray tableCode(const QByteArray &prefix, const AngleTable &table)
     return "\n/* The scale " + commentText(table.name) + ": from " +
            shortestNumber(table.points.constFirst().x()) + " to " +
            shortestNumber(table.points.constLast().x()) + ", to " + shortestNumber(table.maxError) +
-           " degrees and rounding. */\n\n/* How much a value of 1 is in the functions and tables below. "
+           " degrees and rounding to tenths. */\n\n/* How much a value of 1 is in the functions and tables "
+           "below. "
            "*/\n#define " +
            prefix.toUpper() + "_UNIT " + unit + "\n\nstatic const " + type + ' ' + prefix + "_values[] = {" +
            arrayElements(values) + "\nstatic const int32_t " + prefix + "_angles[] = {" +
