@@ -97,6 +97,12 @@ void tst_CommandLine::refusesWrongUsage_data()
                  QLatin1String(value)),
              {QByteArray("--compression ") + value + " a"});
     }
+    for (const char *value : {"0", "0.00001", "91", "nan", "fine"}) {
+        rows(u"\"%1\" is not a value for --max-error; it must be a number from 0.0001 to 90"_s.arg(
+                 QLatin1String(value)),
+             {QByteArray("--max-error ") + value + " a"});
+    }
+    rows(u"--scale needs the name of a layer"_s, {"--scale '' a"});
     rows(u"\"0\" is not a value for --jobs; it must be a whole number from 1 to 1024"_s, {"-j 0 a"});
     rows(u"\"1025\" is not a value for --jobs; it must be a whole number from 1 to 1024"_s, {"-j 1025 a"});
     rows(u"\"0\" is not a value for --tick-limit; it must be a whole number from 1 to 18446744073709551615"_s,
@@ -171,11 +177,11 @@ void tst_CommandLine::theHelpListsEveryOption()
     const CommandLine result = parse("--help");
     QCOMPARE(result.outcome, CommandLine::Outcome::ShowText);
     for (const char *option :
-         {"--formats",     "--output",        "--to",      "--size",        "--name-template",
-          "--layers",      "--text-as-paths", "--mm",      "--dpi",         "--background",
-          "--quality",     "--byte-order",    "--no-crop", "--compression", "--jobs",
-          "--overwrite",   "--keep",          "--dry-run", "--quiet",       "--tick-limit",
-          "--input-limit", "--help",          "--version"})
+         {"--formats",     "--output",     "--to",          "--size",          "--name-template",
+          "--layers",      "--scale",      "--max-error",   "--text-as-paths", "--mm",
+          "--dpi",         "--background", "--quality",     "--byte-order",    "--no-crop",
+          "--compression", "--jobs",       "--overwrite",   "--keep",          "--dry-run",
+          "--quiet",       "--tick-limit", "--input-limit", "--help",          "--version"})
         QVERIFY2(result.text.contains(QLatin1String(option)), option);
 }
 
