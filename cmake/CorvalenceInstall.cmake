@@ -68,8 +68,8 @@ endif()
 # Documents for users. Developers read the others in the source tree.
 install(FILES docs/README.installed.md DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation
     RENAME README.md)
-install(FILES CHANGELOG.md LICENSE docs/automation.md docs/fit.md docs/gallery.md docs/gauge-format.md docs/gauge.schema.json
-        docs/guide.md docs/install.md docs/needle.md docs/sheet.md docs/sheet.png
+install(FILES CHANGELOG.md LICENSE docs/angles.schema.json docs/automation.md docs/fit.md docs/gallery.md docs/gauge-format.md
+        docs/gauge.schema.json docs/guide.md docs/install.md docs/needle.md docs/sheet.md docs/sheet.png
     DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
 install(DIRECTORY docs/fit docs/gallery docs/guide DESTINATION "${corvalence_doc_dir}" COMPONENT corvalence_documentation)
 install(DIRECTORY samples DESTINATION "${CMAKE_INSTALL_DATADIR}/corvalence" COMPONENT corvalence_samples
