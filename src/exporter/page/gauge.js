@@ -104,6 +104,7 @@
                 return;
             const pictures = this.querySelectorAll('.needle');
             const controls = this.querySelector('.controls');
+            controls.textContent = ''; // those of a copied gauge
             this.needles = JSON.parse(data.textContent).map((entry, i) => {
                 const needle = new Needle(entry, pictures[i], controls);
                 needle.show(entry.value);
