@@ -44,7 +44,7 @@ void appendElements(QByteArray &code, const QByteArray &bytes)
     }
 }
 
-constexpr char sourceStart[] = R"(/*
+constexpr const char *sourceStart = R"(/*
  * The gauge @TITLE@ as a picture of @WIDTH@ x @HEIGHT@ pixels. C99 and C++.
  *
  * @NAME@_pixels has @NAME@_height rows from the top, each of @NAME@_stride bytes. A
@@ -85,12 +85,12 @@ const int16_t @NAME@_pivot_y = @PIVOTY@;
 
 LV_ATTRIBUTE_MEM_ALIGN LV_ATTRIBUTE_LARGE_CONST const uint8_t @NAME@_pixels[@COUNT@] = {)";
 
-constexpr char alphaComment[] =
+constexpr const char *alphaComment =
     R"( After the last row, there is a byte of alpha for each pixel: 0 is transparent, 255 opaque.
  *)";
 
 // C++17 has no designated initialisers, and the order of bit fields in C may depend on the processor.
-constexpr char sourceEnd[] = R"(
+constexpr const char *sourceEnd = R"(
 };
 
 #ifdef CORVALENCE_LVGL

@@ -291,7 +291,7 @@ void OptionsReader::readPaper()
 {
     if (m_parser.isSet(m_definitions.paper)) {
         const QString value = m_parser.value(m_definitions.paper);
-        const auto named = std::ranges::find_if(papers, [&value](const NamedPaper &paper) {
+        const auto *const named = std::ranges::find_if(papers, [&value](const NamedPaper &paper) {
             return value.compare(QLatin1String(paper.name), Qt::CaseInsensitive) == 0;
         });
         const QStringList sides = value.split(QLatin1Char('x'), Qt::KeepEmptyParts, Qt::CaseInsensitive);
