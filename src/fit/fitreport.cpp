@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -47,7 +46,7 @@ QString cut(const QString &line)
 
 QString line(const QJsonObject &object)
 {
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
 /// NaN, for which JSON has no number, gives null.
@@ -76,7 +75,7 @@ QString describe(const CheckedMark &mark)
 
 } // namespace
 
-QString fitReportText(const FitReport &report)
+QStringList fitReportText(const FitReport &report)
 {
     QStringList lines;
     lines.append(QStringLiteral("%1: %2, %3, %4 in all")
@@ -87,8 +86,8 @@ QString fitReportText(const FitReport &report)
                      .arg(degrees(report.worstError), number(report.worstValue), number(report.maxError)));
     for (const gaugeLayer &layer : report.scale.first(std::min(report.scale.size(), maxLayerLines))) {
         const QString labels = labelsOf(layer).join(u' ');
-        lines.append(QStringLiteral("  %1: %2")
-                         .arg(layer.name, labels.isEmpty() ? QStringLiteral("no label of its own") : labels));
+        const QString text = labels.isEmpty() ? QStringLiteral("no label of its own") : labels;
+        lines.append(cut(QStringLiteral("  %1: %2").arg(layer.name, text)));
     }
     if (report.scale.size() > maxLayerLines)
         lines.append(QStringLiteral("  and %1 more layers").arg(report.scale.size() - maxLayerLines));
@@ -100,8 +99,7 @@ QString fitReportText(const FitReport &report)
             pairs.append(QStringLiteral("%1 more").arg(report.overlaps.size() - maxPairs));
         lines.append(QStringLiteral("Labels that overlap: ") + pairs.join(QLatin1String(", ")));
     }
-    std::ranges::transform(lines, lines.begin(), cut);
-    return lines.join(u'\n') + u'\n';
+    return lines;
 }
 
 QString fitReportJson(const FitReport &report)
@@ -143,7 +141,7 @@ const CheckedMark *CheckReport::worst() const
     return worst;
 }
 
-QString checkReportText(const CheckReport &report)
+QStringList checkReportText(const CheckReport &report)
 {
     const QList<CheckedMark> failed = report.failures();
     QStringList lines;
@@ -158,7 +156,7 @@ QString checkReportText(const CheckReport &report)
         lines.append(QLatin1String("  ") + describe(mark));
     if (failed.size() > maxLayerLines)
         lines.append(QStringLiteral("  and %1 more labels").arg(failed.size() - maxLayerLines));
-    return lines.join(u'\n') + u'\n';
+    return lines;
 }
 
 QString checkReportJson(const CheckReport &report)

@@ -7,6 +7,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 /// What was made, for the user.
 struct FitReport
@@ -22,7 +23,7 @@ struct FitReport
 };
 
 /// Returns the report as lines of text, at most one screen, or as one line of JSON.
-[[nodiscard]] QString fitReportText(const FitReport &report);
+[[nodiscard]] QStringList fitReportText(const FitReport &report);
 [[nodiscard]] QString fitReportJson(const FitReport &report);
 
 /// What was compared, for the user.
@@ -40,7 +41,7 @@ struct CheckReport
 };
 
 /// Returns the report as lines of text, at most one screen, or as one line of JSON.
-[[nodiscard]] QString checkReportText(const CheckReport &report);
+[[nodiscard]] QStringList checkReportText(const CheckReport &report);
 [[nodiscard]] QString checkReportJson(const CheckReport &report);
 
 #endif

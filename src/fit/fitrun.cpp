@@ -114,9 +114,9 @@ qsizetype markCount(const ScaleMarks &marks)
     return marks.labels.size() + gaps * (qsizetype(marks.minor) * marks.subminor - 1);
 }
 
-void printReport(const QString &text)
+void printReport(const QStringList &lines)
 {
-    for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
+    for (const QString &line : lines)
         std::fprintf(stderr, "%s\n", maskControlCharacters(line).c_str());
 }
 
@@ -203,7 +203,7 @@ QString makeGauge(const FitOptions &options)
         reason = writeOutput(options.angleTable, angles.bytes, options.existing);
     if (!reason.isEmpty())
         return reason;
-    printReport(options.jsonReport ? fitReportJson(report) : fitReportText(report));
+    printReport(options.jsonReport ? QStringList(fitReportJson(report)) : fitReportText(report));
     return {};
 }
 
@@ -256,7 +256,7 @@ QString checkGauge(const FitOptions &options, bool &passed)
     if (report.marks.isEmpty())
         return options.checkedGauge + QLatin1String(": It has no label that could be checked.");
     passed = report.failures().isEmpty();
-    printReport(options.jsonReport ? checkReportJson(report) : checkReportText(report));
+    printReport(options.jsonReport ? QStringList(checkReportJson(report)) : checkReportText(report));
     return {};
 }
 

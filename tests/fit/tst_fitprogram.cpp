@@ -50,6 +50,7 @@ private Q_SLOTS:
     void writesTheCurveAsATable();
     void replacesNeitherFileIfOneExists();
     void reportsOnOneScreen();
+    void reportsStrangeNamesOnOneLine();
     void reportsOverlaps();
     void checksGauges_data();
     void checksGauges();
@@ -430,6 +431,12 @@ void tst_FitProgram::reportsOnOneScreen()
     QVERIFY(fit.err.count('\n') <= 24);
     QVERIFY(fit.err.startsWith("g.gauge: "));
     QVERIFY(fit.err.contains(", 41 labels, 41 marks in all\nWorst error: "));
+}
+
+void tst_FitProgram::reportsStrangeNamesOnOneLine()
+{
+    const ProgramRun fit = run({u"line.csv"_s, u"--labels=0,100"_s, u"-o"_s, u"a\nb\x1b[31m.gauge"_s});
+    QVERIFY2(fit.err.startsWith("a?b?[31m.gauge: 1 layer, "), fit.err.constData());
 }
 
 void tst_FitProgram::reportsOverlaps()
