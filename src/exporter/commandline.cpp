@@ -1,6 +1,7 @@
 #include "exporter/commandline.h"
 
 #include "exporter/outputnames.h"
+#include "tools/optionsreader.h"
 #include "tools/program.h"
 
 #include <QCommandLineParser>
@@ -38,10 +39,6 @@ QString formatList()
 /// The options with their help texts.
 struct OptionDefinitions
 {
-    // Not QCommandLineParser::addHelpOption(), which adds --help-all for options of Qt itself.
-    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
-    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
-                               QStringLiteral("Show the version.")};
     QCommandLineOption formats{
         {QStringLiteral("f"), QStringLiteral("formats")},
         QStringLiteral("The formats to write, separated by commas: %1. csv is the "
@@ -192,11 +189,11 @@ void appendOnce(QList<Value> &list, const Value &value)
 }
 
 /// Turns the values of the options into ExportOptions. Only the first error is kept.
-class OptionsReader
+class ExportOptionsReader : public OptionsReader
 {
 public:
-    OptionsReader(const QCommandLineParser &parser, const OptionDefinitions &definitions)
-        : m_parser(parser)
+    ExportOptionsReader(const QCommandLineParser &parser, const OptionDefinitions &definitions)
+        : OptionsReader(parser)
         , m_definitions(definitions)
     {
         readFormats();
@@ -211,19 +208,8 @@ public:
     }
 
     [[nodiscard]] const ExportOptions &options() const { return m_options; }
-    /// Empty when the command line is right.
-    [[nodiscard]] const QString &error() const { return m_error; }
 
 private:
-    void refuse(const QString &reason)
-    {
-        if (m_error.isEmpty())
-            m_error = reason;
-    }
-    /// Refuses the value of an option. @a expected describes the valid values.
-    void refuseValue(const QCommandLineOption &option, const QString &expected);
-    void refuseCount(const QCommandLineOption &option, quint64 minCount, quint64 maxCount);
-
     void readFormats();
     void readSizes();
     void readDimensions();
@@ -240,19 +226,13 @@ private:
     [[nodiscard]] bool makesPictures() const;
     [[nodiscard]] bool splitsPictures() const { return makesPictures() && !m_options.needles.isEmpty(); }
     [[nodiscard]] double readLength(const QCommandLineOption &option);
-    /// Reads a whole number from 0.
-    [[nodiscard]] int readLevel(const QCommandLineOption &option, int defaultLevel, int maxLevel);
-    template <typename Number>
-    [[nodiscard]] Number readCount(const QCommandLineOption &option, Number defaultCount, Number maxCount);
     void checkSize(double size);
 
-    const QCommandLineParser &m_parser;
     const OptionDefinitions &m_definitions;
     ExportOptions m_options;
-    QString m_error;
 };
 
-void OptionsReader::addFormat(const QString &name)
+void ExportOptionsReader::addFormat(const QString &name)
 {
     const ExportFormat *format = findExportFormat(name);
     if (format == nullptr)
@@ -263,30 +243,30 @@ void OptionsReader::addFormat(const QString &name)
         appendOnce(m_options.formats, format);
 }
 
-void OptionsReader::readFormats()
+void ExportOptionsReader::readFormats()
 {
-    const QString suffix = QFileInfo(m_parser.value(m_definitions.to)).suffix().toLower();
-    const bool isSet = m_parser.isSet(m_definitions.formats);
-    if (!isSet && suffix.isEmpty())
+    const QString suffix = QFileInfo(valueOf(m_definitions.to)).suffix().toLower();
+    if (!isSet(m_definitions.formats) && suffix.isEmpty())
         return;
     m_options.formats.clear();
-    const QStringList names = isSet ? listOf(m_parser.values(m_definitions.formats)) : QStringList{suffix};
+    const QStringList names =
+        isSet(m_definitions.formats) ? listOf(valuesOf(m_definitions.formats)) : QStringList{suffix};
     for (const QString &name : names)
         addFormat(name);
 }
 
-void OptionsReader::checkSize(double size)
+void ExportOptionsReader::checkSize(double size)
 {
     if (size < minSize || size > maxSize)
         refuse(QStringLiteral("the size must be from %1 to %2 pixels").arg(minSize).arg(maxSize));
 }
 
-void OptionsReader::readSizes()
+void ExportOptionsReader::readSizes()
 {
-    if (!m_parser.isSet(m_definitions.size))
+    if (!isSet(m_definitions.size))
         return;
     m_options.sizes.clear();
-    for (const QString &text : listOf(m_parser.values(m_definitions.size))) {
+    for (const QString &text : listOf(valuesOf(m_definitions.size))) {
         bool isNumber = false;
         const int size = text.toInt(&isNumber);
         if (!isNumber)
@@ -296,61 +276,25 @@ void OptionsReader::readSizes()
     }
 }
 
-void OptionsReader::refuseValue(const QCommandLineOption &option, const QString &expected)
+double ExportOptionsReader::readLength(const QCommandLineOption &option)
 {
-    refuse(QStringLiteral("\"%1\" is not a value for --%2; it must be %3")
-               .arg(m_parser.value(option), option.names().constLast(), expected));
-}
-
-void OptionsReader::refuseCount(const QCommandLineOption &option, quint64 minCount, quint64 maxCount)
-{
-    refuseValue(option, QStringLiteral("a whole number from %1 to %2").arg(minCount).arg(maxCount));
-}
-
-double OptionsReader::readLength(const QCommandLineOption &option)
-{
-    if (!m_parser.isSet(option))
+    if (!isSet(option))
         return 0.0;
     bool isNumber = false;
-    const double length = m_parser.value(option).toDouble(&isNumber);
+    const double length = valueOf(option).toDouble(&isNumber);
     if (!isNumber || !(length > 0.0) || !std::isfinite(length))
         refuseValue(option, QStringLiteral("a number above 0"));
     return length;
 }
 
-template <typename Number>
-Number OptionsReader::readCount(const QCommandLineOption &option, Number defaultCount, Number maxCount)
-{
-    if (!m_parser.isSet(option))
-        return defaultCount;
-    bool isNumber = false;
-    const quint64 count = m_parser.value(option).toULongLong(&isNumber);
-    if (!isNumber || count < 1 || count > static_cast<quint64>(maxCount)) {
-        refuseCount(option, 1, static_cast<quint64>(maxCount));
-        return defaultCount;
-    }
-    return static_cast<Number>(count);
-}
-
-int OptionsReader::readLevel(const QCommandLineOption &option, int defaultLevel, int maxLevel)
-{
-    if (!m_parser.isSet(option))
-        return defaultLevel;
-    bool isNumber = false;
-    const int level = m_parser.value(option).toInt(&isNumber);
-    if (!isNumber || level < 0 || level > maxLevel)
-        refuseCount(option, 0, static_cast<quint64>(maxLevel));
-    return level;
-}
-
-void OptionsReader::readDimensions()
+void ExportOptionsReader::readDimensions()
 {
     readSizes();
     m_options.millimetres = readLength(m_definitions.mm);
     m_options.dotsPerInch = readLength(m_definitions.dpi);
 
-    if (m_parser.isSet(m_definitions.mm) && m_parser.isSet(m_definitions.dpi)) {
-        if (m_parser.isSet(m_definitions.size))
+    if (isSet(m_definitions.mm) && isSet(m_definitions.dpi)) {
+        if (isSet(m_definitions.size))
             refuse(QStringLiteral("--mm and --dpi together give the size; --size cannot be given too"));
         const double size = std::round(m_options.millimetres / millimetresPerInch * m_options.dotsPerInch);
         checkSize(size);
@@ -370,14 +314,14 @@ void OptionsReader::readDimensions()
     }
 }
 
-void OptionsReader::readNameTemplate()
+void ExportOptionsReader::readNameTemplate()
 {
-    if (!m_parser.isSet(m_definitions.nameTemplate)) {
+    if (!isSet(m_definitions.nameTemplate)) {
         if (m_options.sizes.size() > 1)
             m_options.pictureNames = QStringLiteral("{name}-{size}");
         return;
     }
-    const QString text = m_parser.value(m_definitions.nameTemplate);
+    const QString text = valueOf(m_definitions.nameTemplate);
     m_options.pictureNames = text;
     m_options.otherNames = text;
     const bool hasSize = text.contains(QLatin1String("{size}"));
@@ -399,10 +343,10 @@ void OptionsReader::readNameTemplate()
         refuse(QStringLiteral("the name template must contain {size} when there are several sizes"));
 }
 
-void OptionsReader::readNeedles()
+void ExportOptionsReader::readNeedles()
 {
-    const QStringList needles = m_parser.values(m_definitions.split);
-    const QStringList angles = m_parser.values(m_definitions.needleAngle);
+    const QStringList needles = valuesOf(m_definitions.split);
+    const QStringList angles = valuesOf(m_definitions.needleAngle);
     if (angles.size() > needles.size())
         refuse(QStringLiteral("--needle-angle belongs to a --split"));
     for (qsizetype i = 0; i < needles.size(); ++i) {
@@ -418,34 +362,34 @@ void OptionsReader::readNeedles()
     }
 }
 
-void OptionsReader::readFiles()
+void ExportOptionsReader::readFiles()
 {
-    for (const QString &name : m_parser.positionalArguments())
+    for (const QString &name : positionalArguments())
         m_options.files.append(nativeName(name));
     if (m_options.files.isEmpty())
         refuse(QStringLiteral("no gauge file is given"));
     if (m_options.files.contains(QString()))
         refuse(QStringLiteral("a file has an empty name"));
-    m_options.outputFolder = nativeName(m_parser.value(m_definitions.output));
-    if (m_parser.isSet(m_definitions.output) && m_options.outputFolder.isEmpty())
+    m_options.outputFolder = nativeName(valueOf(m_definitions.output));
+    if (isSet(m_definitions.output) && m_options.outputFolder.isEmpty())
         refuse(QStringLiteral("the output folder has an empty name"));
 }
 
-bool OptionsReader::makesPictures() const
+bool ExportOptionsReader::makesPictures() const
 {
     return std::ranges::any_of(m_options.formats, &ExportFormat::isPicture);
 }
 
-bool OptionsReader::makesOneFile() const
+bool ExportOptionsReader::makesOneFile() const
 {
     return m_options.formats.size() == 1 && (!makesPictures() || m_options.sizes.size() == 1);
 }
 
-void OptionsReader::readOutputFile()
+void ExportOptionsReader::readOutputFile()
 {
-    if (!m_parser.isSet(m_definitions.to))
+    if (!isSet(m_definitions.to))
         return;
-    m_options.outputFile = nativeName(m_parser.value(m_definitions.to));
+    m_options.outputFile = nativeName(valueOf(m_definitions.to));
     const QString name = m_options.outputFile.section(QLatin1Char('/'), -1);
     if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..") ||
         m_options.outputFile == QLatin1String("-"))
@@ -454,11 +398,11 @@ void OptionsReader::readOutputFile()
         refuse(QStringLiteral("--to needs one gauge, one format and one size"));
     if (splitsPictures())
         refuse(QStringLiteral("--split makes several files of a picture; --to names only one"));
-    if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate))
+    if (isSet(m_definitions.output) || isSet(m_definitions.nameTemplate))
         refuse(QStringLiteral("--to gives the whole name; --output and --name-template cannot be given too"));
 }
 
-void OptionsReader::readStandardInput()
+void ExportOptionsReader::readStandardInput()
 {
     if (!m_options.files.contains(QStringLiteral("-")))
         return;
@@ -470,16 +414,15 @@ void OptionsReader::readStandardInput()
         refuse(QStringLiteral("standard input (-) is exported in one format and one size"));
     if (splitsPictures())
         refuse(QStringLiteral("--split makes several files of a picture; standard output takes only one"));
-    if (m_parser.isSet(m_definitions.output) || m_parser.isSet(m_definitions.nameTemplate) ||
-        m_parser.isSet(m_definitions.to))
+    if (isSet(m_definitions.output) || isSet(m_definitions.nameTemplate) || isSet(m_definitions.to))
         refuse(
             QStringLiteral("standard input (-) is written to standard output; it takes no folder or name"));
 }
 
-void OptionsReader::readBackground()
+void ExportOptionsReader::readBackground()
 {
-    if (m_parser.isSet(m_definitions.background)) {
-        const QString value = m_parser.value(m_definitions.background);
+    if (isSet(m_definitions.background)) {
+        const QString value = valueOf(m_definitions.background);
         m_options.background = QColor::fromString(value);
         if (!m_options.background.isValid())
             refuseValue(m_definitions.background,
@@ -493,15 +436,15 @@ void OptionsReader::readBackground()
     }
 }
 
-void OptionsReader::readScales()
+void ExportOptionsReader::readScales()
 {
-    m_options.scales = m_parser.values(m_definitions.scale);
+    m_options.scales = valuesOf(m_definitions.scale);
     if (m_options.scales.contains(QString()))
         refuse(QStringLiteral("--scale needs the name of a layer"));
-    if (!m_parser.isSet(m_definitions.maxError))
+    if (!isSet(m_definitions.maxError))
         return;
     bool isNumber = false;
-    m_options.maxError = m_parser.value(m_definitions.maxError).toDouble(&isNumber);
+    m_options.maxError = valueOf(m_definitions.maxError).toDouble(&isNumber);
     if (!isNumber || !(m_options.maxError >= minMaxError && m_options.maxError <= maxMaxError)) {
         refuseValue(m_definitions.maxError,
                     QStringLiteral("a number from %1 to %2")
@@ -509,42 +452,35 @@ void OptionsReader::readScales()
     }
 }
 
-void OptionsReader::readOtherOptions()
+void ExportOptionsReader::readOtherOptions()
 {
-    m_options.layers = m_parser.values(m_definitions.layers);
+    m_options.layers = valuesOf(m_definitions.layers);
     readScales();
-    m_options.textAsPaths = m_parser.isSet(m_definitions.textAsPaths);
-    m_options.dryRun = m_parser.isSet(m_definitions.dryRun);
-    m_options.quiet = m_parser.isSet(m_definitions.quiet);
+    m_options.textAsPaths = isSet(m_definitions.textAsPaths);
+    m_options.dryRun = isSet(m_definitions.dryRun);
+    m_options.quiet = isSet(m_definitions.quiet);
 
-    const bool overwrite = m_parser.isSet(m_definitions.overwrite);
-    const bool keep = m_parser.isSet(m_definitions.keep);
-    if (overwrite && keep)
-        refuse(QStringLiteral("--overwrite and --keep cannot be given together"));
-    if (overwrite)
-        m_options.existing = ExistingFile::Overwrite;
-    else if (keep)
-        m_options.existing = ExistingFile::Keep;
-
-    m_options.compression = readLevel(m_definitions.compression, m_options.compression, maxCompression);
-    m_options.quality = readLevel(m_definitions.quality, m_options.quality, maxQuality);
-    if (m_parser.isSet(m_definitions.byteOrder)) {
-        const QString order = m_parser.value(m_definitions.byteOrder);
+    m_options.existing = readExisting(m_definitions.overwrite, m_definitions.keep);
+    m_options.compression = readCount(m_definitions.compression, m_options.compression, 0, maxCompression);
+    m_options.quality = readCount(m_definitions.quality, m_options.quality, 0, maxQuality);
+    if (isSet(m_definitions.byteOrder)) {
+        const QString order = valueOf(m_definitions.byteOrder);
         if (order == QLatin1String("big"))
             m_options.byteOrder = ByteOrder::Big;
         else if (order != QLatin1String("little"))
             refuseValue(m_definitions.byteOrder, QStringLiteral("little or big"));
     }
-    m_options.crop = !m_parser.isSet(m_definitions.noCrop);
-    m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), maxJobs);
-    m_options.tickLimit =
-        readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
-    m_options.inputLimit = readCount<qint64>(m_definitions.inputLimit, m_options.inputLimit, maxInputLimit);
+    m_options.crop = !isSet(m_definitions.noCrop);
+    m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), 1, maxJobs);
+    m_options.tickLimit = readCount<quint64>(m_definitions.tickLimit, m_options.tickLimit, 1,
+                                             std::numeric_limits<quint64>::max());
+    m_options.inputLimit =
+        readCount<qint64>(m_definitions.inputLimit, m_options.inputLimit, 1, maxInputLimit);
 }
 
 } // namespace
 
-CommandLine parseCommandLine(const QByteArrayList &arguments)
+ExportCommandLine parseCommandLine(const QByteArrayList &arguments)
 {
     const OptionDefinitions definitions;
     QCommandLineParser parser;
@@ -555,36 +491,32 @@ CommandLine parseCommandLine(const QByteArrayList &arguments)
         QStringLiteral("Gauge files, in the current or the older form. A single - reads one gauge from "
                        "standard input and writes to standard output."),
         QStringLiteral("FILE..."));
+    parser.addOptions(helpAndVersion());
     parser.addOptions(
-        {definitions.help,        definitions.version,     definitions.formats,      definitions.output,
-         definitions.to,          definitions.size,        definitions.nameTemplate, definitions.layers,
-         definitions.split,       definitions.needleAngle, definitions.scale,        definitions.maxError,
-         definitions.textAsPaths, definitions.mm,          definitions.dpi,          definitions.compression,
-         definitions.jobs,        definitions.background,  definitions.byteOrder,    definitions.noCrop,
-         definitions.quality,     definitions.overwrite,   definitions.keep,         definitions.dryRun,
-         definitions.quiet,       definitions.tickLimit,   definitions.inputLimit});
+        {definitions.formats,      definitions.output,      definitions.to,          definitions.size,
+         definitions.nameTemplate, definitions.layers,      definitions.split,       definitions.needleAngle,
+         definitions.scale,        definitions.maxError,    definitions.textAsPaths, definitions.mm,
+         definitions.dpi,          definitions.compression, definitions.jobs,        definitions.background,
+         definitions.byteOrder,    definitions.noCrop,      definitions.quality,     definitions.overwrite,
+         definitions.keep,         definitions.dryRun,      definitions.quiet,       definitions.tickLimit,
+         definitions.inputLimit});
 
+    ExportCommandLine result;
     QStringList notUtf8;
+    result.outcome = parseArguments(parser, arguments, notUtf8, result.text);
+    if (result.outcome != CommandLineOutcome::Run)
+        return result;
     const auto wrongUsage = [](const QString &error) {
-        return CommandLine{CommandLine::Outcome::WrongUsage, error, {}};
+        return ExportCommandLine{CommandLineOutcome::WrongUsage, error, {}};
     };
-    if (!parser.parse(decodedArguments(arguments, notUtf8)))
-        return wrongUsage(parser.errorText());
-    if (parser.isSet(definitions.help))
-        return {CommandLine::Outcome::ShowText, parser.helpText(), {}};
-    if (parser.isSet(definitions.version)) {
-        const QString text = QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
-                                                           QCoreApplication::applicationVersion());
-        return {CommandLine::Outcome::ShowText, text, {}};
-    }
-    const OptionsReader reader(parser, definitions);
+    const ExportOptionsReader reader(parser, definitions);
     if (!reader.error().isEmpty())
         return wrongUsage(reader.error());
     for (const QString &argument : std::as_const(notUtf8)) {
         if (!reader.options().files.contains(argument))
             return wrongUsage(QStringLiteral("\"%1\" is not UTF-8").arg(argument));
     }
-    CommandLine result{CommandLine::Outcome::Export, QString(), reader.options()};
+    result.options = reader.options();
     result.options.notUtf8 = notUtf8;
     return result;
 }

@@ -13,11 +13,11 @@
 
 namespace {
 
-int run(const CommandLine &commandLine)
+int run(const ExportCommandLine &commandLine)
 {
-    if (commandLine.outcome == CommandLine::Outcome::ShowText)
+    if (commandLine.outcome == CommandLineOutcome::ShowText)
         return showText(commandLine.text);
-    if (commandLine.outcome == CommandLine::Outcome::WrongUsage)
+    if (commandLine.outcome == CommandLineOutcome::WrongUsage)
         return failUsage(commandLine.text);
     const ExportOptions &options = commandLine.options;
     const bool toStandardOutput = options.readsStandardInput() || isStandardOutput(options.outputFile);

@@ -26,10 +26,6 @@ constexpr qsizetype maxRangeCount = 100;
 /// The options with their help texts.
 struct OptionDefinitions
 {
-    // Not QCommandLineParser::addHelpOption(), which adds --help-all for options of Qt itself.
-    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
-    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
-                               QStringLiteral("Show the version.")};
     QCommandLineOption output{{QStringLiteral("o"), QStringLiteral("output")},
                               QStringLiteral("The gauge file to write; - for standard output."),
                               QStringLiteral("file")};
@@ -126,19 +122,18 @@ struct OptionDefinitions
 
     [[nodiscard]] QList<QCommandLineOption> all() const
     {
-        return {help,        version,  labels,      step,        minor,  subminor,  decimals,
-                withoutSign, maxError, straight,    extrapolate, map,    style,     into,
-                replace,     range,    rangeRadius, rangeWidth,  output, overwrite, keep,
-                angleTable,  report,   check,       layers};
+        return {labels,      step,      minor, subminor,   decimals, withoutSign, maxError,    straight,
+                extrapolate, map,       style, into,       replace,  range,       rangeRadius, rangeWidth,
+                output,      overwrite, keep,  angleTable, report,   check,       layers};
     }
 };
 
 /// Turns the values of the options into FitOptions. Only the first error is kept.
-class FitOptionsReader
+class FitOptionsReader : public OptionsReader
 {
 public:
     FitOptionsReader(const QCommandLineParser &parser, const OptionDefinitions &definitions)
-        : m_parser(parser)
+        : OptionsReader(parser)
         , m_definitions(definitions)
     {
         readTableName();
@@ -150,22 +145,8 @@ public:
     }
 
     [[nodiscard]] const FitOptions &options() const { return m_options; }
-    /// Empty when the command line is right.
-    [[nodiscard]] const QString &error() const { return m_error; }
 
 private:
-    void refuse(const QString &reason)
-    {
-        if (m_error.isEmpty())
-            m_error = reason;
-    }
-    /// Refuses a value of an option. @a expected describes the valid values.
-    void refuseValue(const QCommandLineOption &option, const QString &value, const QString &expected)
-    {
-        refuse(QStringLiteral("\"%1\" is not a value for --%2; it must be %3")
-                   .arg(value, option.names().constLast(), expected));
-    }
-
     void readTableName();
     void readCurve();
     void readMap();
@@ -175,16 +156,11 @@ private:
     void readRanges();
     void readOutput();
     void readCheck();
-    [[nodiscard]] bool isSet(const QCommandLineOption &option) const { return m_parser.isSet(option); }
     [[nodiscard]] QString fileName(const QCommandLineOption &option);
-    [[nodiscard]] int readCount(const QCommandLineOption &option, int defaultCount, int minCount,
-                                int maxCount);
     [[nodiscard]] double readNumber(const QCommandLineOption &option, double min, double max);
 
-    const QCommandLineParser &m_parser;
     const OptionDefinitions &m_definitions;
     FitOptions m_options;
-    QString m_error;
 };
 
 bool parseNumber(const QString &text, double &number)
@@ -194,33 +170,17 @@ bool parseNumber(const QString &text, double &number)
 
 QString FitOptionsReader::fileName(const QCommandLineOption &option)
 {
-    const QString name = nativeName(m_parser.value(option));
+    const QString name = nativeName(valueOf(option));
     if (isSet(option) && name.isEmpty())
         refuse(QStringLiteral("--%1 needs the name of a file").arg(option.names().constLast()));
     return name;
 }
 
-int FitOptionsReader::readCount(const QCommandLineOption &option, int defaultCount, int minCount,
-                                int maxCount)
-{
-    if (!isSet(option))
-        return defaultCount;
-    bool isNumber = false;
-    const int count = m_parser.value(option).toInt(&isNumber);
-    if (!isNumber || count < minCount || count > maxCount) {
-        refuseValue(option, m_parser.value(option),
-                    QStringLiteral("a whole number from %1 to %2").arg(minCount).arg(maxCount));
-        return defaultCount;
-    }
-    return count;
-}
-
 double FitOptionsReader::readNumber(const QCommandLineOption &option, double min, double max)
 {
     double number = min;
-    if (!parseNumber(m_parser.value(option), number) || number < min || number > max) {
-        refuseValue(option, m_parser.value(option),
-                    QStringLiteral("a number from %1 to %2").arg(min).arg(max));
+    if (!parseNumber(valueOf(option), number) || number < min || number > max) {
+        refuseValue(option, valueOf(option), QStringLiteral("a number from %1 to %2").arg(min).arg(max));
         return min;
     }
     return number;
@@ -228,7 +188,7 @@ double FitOptionsReader::readNumber(const QCommandLineOption &option, double min
 
 void FitOptionsReader::readTableName()
 {
-    const QStringList names = m_parser.positionalArguments();
+    const QStringList names = positionalArguments();
     if (names.isEmpty())
         refuse(QStringLiteral("no table of measured points is given"));
     else if (names.size() > 1)
@@ -241,7 +201,7 @@ void FitOptionsReader::readTableName()
 
 void FitOptionsReader::readMap()
 {
-    const QStringList pairs = m_parser.values(m_definitions.map);
+    const QStringList pairs = valuesOf(m_definitions.map);
     if (pairs.isEmpty())
         return;
     QList<double> numbers;
@@ -276,7 +236,7 @@ void FitOptionsReader::readCurve()
 
 void FitOptionsReader::readLabels()
 {
-    for (const QString &text : m_parser.values(m_definitions.labels).join(u',').split(u',')) {
+    for (const QString &text : valuesOf(m_definitions.labels).join(u',').split(u',')) {
         double label = 0.0;
         if (!parseNumber(text, label))
             refuseValue(m_definitions.labels, text, QStringLiteral("numbers separated by commas"));
@@ -297,7 +257,7 @@ void FitOptionsReader::readMarks()
     if (isSet(m_definitions.labels))
         readLabels();
     if (isSet(m_definitions.step)) {
-        const QString text = m_parser.value(m_definitions.step);
+        const QString text = valueOf(m_definitions.step);
         if (!parseNumber(text, m_options.step) || !(m_options.step > 0.0))
             refuseValue(m_definitions.step, text, QStringLiteral("a number above 0"));
     }
@@ -309,7 +269,7 @@ void FitOptionsReader::readMarks()
 
 void FitOptionsReader::readRanges()
 {
-    const QStringList texts = m_parser.values(m_definitions.range);
+    const QStringList texts = valuesOf(m_definitions.range);
     for (const QString &text : texts) {
         ValueRange range;
         const QStringList parts = text.split(u':');
@@ -335,7 +295,7 @@ void FitOptionsReader::readLook()
 {
     m_options.style = fileName(m_definitions.style);
     m_options.into = fileName(m_definitions.into);
-    m_options.replace = m_parser.values(m_definitions.replace).join(u',');
+    m_options.replace = valuesOf(m_definitions.replace).join(u',');
     if (isSet(m_definitions.into) != isSet(m_definitions.replace))
         refuse(QStringLiteral("--into and --replace are given together"));
     readRanges();
@@ -345,12 +305,7 @@ void FitOptionsReader::readOutput()
 {
     m_options.output = fileName(m_definitions.output);
     m_options.angleTable = fileName(m_definitions.angleTable);
-    if (isSet(m_definitions.overwrite) && isSet(m_definitions.keep))
-        refuse(QStringLiteral("--overwrite and --keep cannot be given together"));
-    if (isSet(m_definitions.overwrite))
-        m_options.existing = ExistingFile::Overwrite;
-    else if (isSet(m_definitions.keep))
-        m_options.existing = ExistingFile::Keep;
+    m_options.existing = readExisting(m_definitions.overwrite, m_definitions.keep);
 
     const QString suffix = QFileInfo(m_options.angleTable).suffix().toLower();
     if (isSet(m_definitions.angleTable) && m_options.angleTable == m_options.output)
@@ -360,7 +315,7 @@ void FitOptionsReader::readOutput()
         refuseValue(m_definitions.angleTable, m_options.angleTable,
                     QStringLiteral("a file with the suffix json, xml or h"));
     if (isSet(m_definitions.report)) {
-        const QString form = m_parser.value(m_definitions.report);
+        const QString form = valueOf(m_definitions.report);
         m_options.jsonReport = form == QLatin1String("json");
         if (!m_options.jsonReport && form != QLatin1String("text"))
             refuseValue(m_definitions.report, form, QStringLiteral("text or json"));
@@ -370,7 +325,7 @@ void FitOptionsReader::readOutput()
 void FitOptionsReader::readCheck()
 {
     m_options.checkedGauge = fileName(m_definitions.check);
-    m_options.checkedLayers = m_parser.values(m_definitions.layers).join(u',');
+    m_options.checkedLayers = valuesOf(m_definitions.layers).join(u',');
     if (!isSet(m_definitions.check)) {
         if (isSet(m_definitions.layers))
             refuse(QStringLiteral("--layers needs --check"));
@@ -401,25 +356,21 @@ FitCommandLine parseFitCommandLine(const QByteArrayList &arguments)
         QStringLiteral("The points: a text file of two columns, value and angle in degrees clockwise from 12 "
                        "o'clock, or an angle table of corvalence-export in xml or json; - for standard "
                        "input."));
+    parser.addOptions(helpAndVersion());
     parser.addOptions(definitions.all());
 
+    FitCommandLine result;
     QStringList notUtf8;
-    const auto wrongUsage = [](const QString &error) {
-        return FitCommandLine{FitCommandLine::Outcome::WrongUsage, error, {}};
-    };
-    if (!parser.parse(decodedArguments(arguments, notUtf8)))
-        return wrongUsage(parser.errorText());
-    if (parser.isSet(definitions.help))
-        return {FitCommandLine::Outcome::ShowText, parser.helpText(), {}};
-    if (parser.isSet(definitions.version)) {
-        const QString text = QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
-                                                           QCoreApplication::applicationVersion());
-        return {FitCommandLine::Outcome::ShowText, text, {}};
-    }
+    result.outcome = parseArguments(parser, arguments, notUtf8, result.text);
+    if (result.outcome != CommandLineOutcome::Run)
+        return result;
     if (!notUtf8.isEmpty())
-        return wrongUsage(QStringLiteral("\"%1\" is not UTF-8").arg(notUtf8.constFirst()));
+        return {CommandLineOutcome::WrongUsage,
+                QStringLiteral("\"%1\" is not UTF-8").arg(notUtf8.constFirst()),
+                {}};
     const FitOptionsReader reader(parser, definitions);
     if (!reader.error().isEmpty())
-        return wrongUsage(reader.error());
-    return {FitCommandLine::Outcome::Fit, QString(), reader.options()};
+        return {CommandLineOutcome::WrongUsage, reader.error(), {}};
+    result.options = reader.options();
+    return result;
 }

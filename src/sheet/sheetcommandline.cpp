@@ -34,9 +34,6 @@ constexpr std::array papers{
 /// The options with their help texts.
 struct OptionDefinitions
 {
-    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")};
-    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
-                               QStringLiteral("Show the version.")};
     QCommandLineOption output{{QStringLiteral("o"), QStringLiteral("output")},
                               QStringLiteral("The PDF file to write. Needed."),
                               QStringLiteral("file")};
@@ -121,10 +118,9 @@ struct OptionDefinitions
 
     [[nodiscard]] QList<QCommandLineOption> all() const
     {
-        return {output,     paper,      landscape,   margins,   gap,  mm,     mmOf,
-                cutCircles, cutMarks,   centreCross, drill,     hole, mirror, caption,
-                contact,    columns,    fonts,       overwrite, keep, dryRun, quiet,
-                tickLimit,  inputLimit, help,        version};
+        return {output,   paper,       landscape, margins, gap,    mm,        mmOf,      cutCircles,
+                cutMarks, centreCross, drill,     hole,    mirror, caption,   contact,   columns,
+                fonts,    overwrite,   keep,      dryRun,  quiet,  tickLimit, inputLimit};
     }
     /// Those that make no sense on a contact sheet.
     [[nodiscard]] QList<QCommandLineOption> forTrueSize() const
@@ -147,11 +143,11 @@ bool isInRange(double number, double min, double max)
 }
 
 /// Turns the values of the options into SheetOptions. Only the first error is kept.
-class OptionsReader
+class SheetOptionsReader : public OptionsReader
 {
 public:
-    OptionsReader(const QCommandLineParser &parser, const OptionDefinitions &definitions)
-        : m_parser(parser)
+    SheetOptionsReader(const QCommandLineParser &parser, const OptionDefinitions &definitions)
+        : OptionsReader(parser)
         , m_definitions(definitions)
     {
         readFiles();
@@ -163,16 +159,8 @@ public:
     }
 
     [[nodiscard]] const SheetOptions &options() const { return m_options; }
-    /// Empty when the command line is right.
-    [[nodiscard]] const QString &error() const { return m_error; }
 
 private:
-    void refuse(const QString &reason)
-    {
-        if (m_error.isEmpty())
-            m_error = reason;
-    }
-    void refuseValue(const QCommandLineOption &option, const QString &value, const QString &expected);
     void readFiles();
     void readFile(const QString &argument);
     void readPaper();
@@ -183,29 +171,19 @@ private:
     void readContact();
     void readOtherOptions();
     [[nodiscard]] double readLength(const QCommandLineOption &option, double defaultLength, double min);
-    [[nodiscard]] quint64 readCount(const QCommandLineOption &option, quint64 defaultCount, quint64 max);
     /// Whether the option has the second of two values.
     [[nodiscard]] bool readChoice(const QCommandLineOption &option, const QString &first,
                                   const QString &second);
 
-    const QCommandLineParser &m_parser;
     const OptionDefinitions &m_definitions;
     SheetOptions m_options;
-    QString m_error;
 };
 
-void OptionsReader::refuseValue(const QCommandLineOption &option, const QString &value,
-                                const QString &expected)
+double SheetOptionsReader::readLength(const QCommandLineOption &option, double defaultLength, double min)
 {
-    refuse(QStringLiteral("\"%1\" is not a value for --%2; it must be %3")
-               .arg(value, option.names().constLast(), expected));
-}
-
-double OptionsReader::readLength(const QCommandLineOption &option, double defaultLength, double min)
-{
-    if (!m_parser.isSet(option))
+    if (!isSet(option))
         return defaultLength;
-    const QString value = m_parser.value(option);
+    const QString value = valueOf(option);
     const double length = numberIn(value);
     if (isInRange(length, min, maxSide))
         return length;
@@ -213,28 +191,17 @@ double OptionsReader::readLength(const QCommandLineOption &option, double defaul
     return defaultLength;
 }
 
-quint64 OptionsReader::readCount(const QCommandLineOption &option, quint64 defaultCount, quint64 max)
+bool SheetOptionsReader::readChoice(const QCommandLineOption &option, const QString &first,
+                                    const QString &second)
 {
-    if (!m_parser.isSet(option))
-        return defaultCount;
-    bool isNumber = false;
-    const quint64 count = m_parser.value(option).toULongLong(&isNumber);
-    if (isNumber && count >= 1 && count <= max)
-        return count;
-    refuseValue(option, m_parser.value(option), QStringLiteral("a whole number from 1 to %1").arg(max));
-    return defaultCount;
-}
-
-bool OptionsReader::readChoice(const QCommandLineOption &option, const QString &first, const QString &second)
-{
-    const QString value = m_parser.isSet(option) ? m_parser.value(option) : first;
+    const QString value = isSet(option) ? valueOf(option) : first;
     if (value != first && value != second)
         refuseValue(option, value, QStringLiteral("%1 or %2").arg(first, second));
     return value == second;
 }
 
 /// FILE or FILE=MM. What follows the last = is a size if it is a number.
-void OptionsReader::readFile(const QString &argument)
+void SheetOptionsReader::readFile(const QString &argument)
 {
     const qsizetype sign = argument.lastIndexOf(u'=');
     const double size =
@@ -250,9 +217,9 @@ void OptionsReader::readFile(const QString &argument)
     m_options.files.append({nativeName(argument.left(sign)), size});
 }
 
-void OptionsReader::readFiles()
+void SheetOptionsReader::readFiles()
 {
-    for (const QString &argument : m_parser.positionalArguments())
+    for (const QString &argument : positionalArguments())
         readFile(argument);
     if (m_options.files.isEmpty())
         refuse(QStringLiteral("no gauge file is given"));
@@ -260,20 +227,20 @@ void OptionsReader::readFiles()
         if (file.path.isEmpty())
             refuse(QStringLiteral("a file has an empty name"));
     }
-    if (!m_parser.isSet(m_definitions.output))
+    if (!isSet(m_definitions.output))
         refuse(QStringLiteral("--output is missing; it names the PDF file to write"));
-    m_options.outputFile = nativeName(m_parser.value(m_definitions.output));
+    m_options.outputFile = nativeName(valueOf(m_definitions.output));
     const QString name = m_options.outputFile.section(QLatin1Char('/'), -1);
     if (name.isEmpty() || name == QLatin1String(".") || name == QLatin1String("..") ||
         m_options.outputFile == QLatin1String("-"))
         refuse(QStringLiteral("--output needs the name of a file"));
 }
 
-void OptionsReader::readMargins()
+void SheetOptionsReader::readMargins()
 {
-    if (!m_parser.isSet(m_definitions.margins))
+    if (!isSet(m_definitions.margins))
         return;
-    const QString value = m_parser.value(m_definitions.margins);
+    const QString value = valueOf(m_definitions.margins);
     QList<double> lengths;
     for (const QString &part : value.split(QLatin1Char(',')))
         lengths.append(numberIn(part));
@@ -287,10 +254,10 @@ void OptionsReader::readMargins()
     m_options.paper.margins = QMarginsF(side(3), side(0), side(1), side(2));
 }
 
-void OptionsReader::readPaper()
+void SheetOptionsReader::readPaper()
 {
-    if (m_parser.isSet(m_definitions.paper)) {
-        const QString value = m_parser.value(m_definitions.paper);
+    if (isSet(m_definitions.paper)) {
+        const QString value = valueOf(m_definitions.paper);
         const auto *const named = std::ranges::find_if(papers, [&value](const NamedPaper &paper) {
             return value.compare(QLatin1String(paper.name), Qt::CaseInsensitive) == 0;
         });
@@ -310,7 +277,7 @@ void OptionsReader::readPaper()
         }
     }
     QSizeF &size = m_options.paper.size;
-    if (m_parser.isSet(m_definitions.landscape) && size.width() < size.height())
+    if (isSet(m_definitions.landscape) && size.width() < size.height())
         size.transpose();
     readMargins();
     m_options.paper.gap = readLength(m_definitions.gap, m_options.paper.gap, 0.0);
@@ -320,7 +287,7 @@ void OptionsReader::readPaper()
     }
 }
 
-void OptionsReader::readSize()
+void SheetOptionsReader::readSize()
 {
     m_options.millimetres = readLength(m_definitions.mm, m_options.millimetres, minDial);
     if (readChoice(m_definitions.mmOf, QStringLiteral("rim"), QStringLiteral("canvas")))
@@ -328,7 +295,7 @@ void OptionsReader::readSize()
 }
 
 /// DIAMETER@X,Y, or only the diameter of a hole at the centre.
-void OptionsReader::readHole(const QCommandLineOption &option, const QString &value, bool needsPlace)
+void SheetOptionsReader::readHole(const QCommandLineOption &option, const QString &value, bool needsPlace)
 {
     const qsizetype at = value.indexOf(u'@');
     const QStringList place = value.mid(at + 1).split(QLatin1Char(','));
@@ -350,31 +317,31 @@ void OptionsReader::readHole(const QCommandLineOption &option, const QString &va
     m_options.marks.holes.append(hole);
 }
 
-void OptionsReader::readMarks()
+void SheetOptionsReader::readMarks()
 {
     DialMarks &marks = m_options.marks;
-    marks.cutCircle = m_parser.isSet(m_definitions.cutCircles);
-    marks.cropMarks = m_parser.isSet(m_definitions.cutMarks);
-    marks.centreCross = m_parser.isSet(m_definitions.centreCross);
-    marks.caption = m_parser.isSet(m_definitions.caption);
-    for (const QString &value : m_parser.values(m_definitions.drill))
+    marks.cutCircle = isSet(m_definitions.cutCircles);
+    marks.cropMarks = isSet(m_definitions.cutMarks);
+    marks.centreCross = isSet(m_definitions.centreCross);
+    marks.caption = isSet(m_definitions.caption);
+    for (const QString &value : valuesOf(m_definitions.drill))
         readHole(m_definitions.drill, value, true);
-    for (const QString &value : m_parser.values(m_definitions.hole))
+    for (const QString &value : valuesOf(m_definitions.hole))
         readHole(m_definitions.hole, value, false);
-    m_options.mirroredCopies = m_parser.isSet(m_definitions.mirror);
+    m_options.mirroredCopies = isSet(m_definitions.mirror);
 }
 
-void OptionsReader::readContact()
+void SheetOptionsReader::readContact()
 {
-    if (!m_parser.isSet(m_definitions.contact)) {
-        if (m_parser.isSet(m_definitions.columns))
+    if (!isSet(m_definitions.contact)) {
+        if (isSet(m_definitions.columns))
             refuse(QStringLiteral("--columns needs --contact"));
         return;
     }
-    constexpr quint64 defaultColumns = 4;
-    m_options.contactColumns = static_cast<int>(readCount(m_definitions.columns, defaultColumns, maxColumns));
+    constexpr int defaultColumns = 4;
+    m_options.contactColumns = readCount<int>(m_definitions.columns, defaultColumns, 1, maxColumns);
     for (const QCommandLineOption &option : m_definitions.forTrueSize()) {
-        if (m_parser.isSet(option)) {
+        if (isSet(option)) {
             refuse(QStringLiteral("--contact sets the size of the dials; --%1 cannot be given too")
                        .arg(option.names().constLast()));
         }
@@ -387,23 +354,16 @@ void OptionsReader::readContact()
         refuse(QStringLiteral("the paper has no room for %1 columns").arg(m_options.contactColumns));
 }
 
-void OptionsReader::readOtherOptions()
+void SheetOptionsReader::readOtherOptions()
 {
     m_options.embedFonts = readChoice(m_definitions.fonts, QStringLiteral("paths"), QStringLiteral("embed"));
-    m_options.dryRun = m_parser.isSet(m_definitions.dryRun);
-    m_options.quiet = m_parser.isSet(m_definitions.quiet);
-    const bool overwrite = m_parser.isSet(m_definitions.overwrite);
-    const bool keep = m_parser.isSet(m_definitions.keep);
-    if (overwrite && keep)
-        refuse(QStringLiteral("--overwrite and --keep cannot be given together"));
-    if (overwrite)
-        m_options.existing = ExistingFile::Overwrite;
-    else if (keep)
-        m_options.existing = ExistingFile::Keep;
-    m_options.tickLimit =
-        readCount(m_definitions.tickLimit, m_options.tickLimit, std::numeric_limits<quint64>::max());
-    m_options.inputLimit = static_cast<qint64>(
-        readCount(m_definitions.inputLimit, static_cast<quint64>(m_options.inputLimit), maxInputLimit));
+    m_options.dryRun = isSet(m_definitions.dryRun);
+    m_options.quiet = isSet(m_definitions.quiet);
+    m_options.existing = readExisting(m_definitions.overwrite, m_definitions.keep);
+    m_options.tickLimit = readCount<quint64>(m_definitions.tickLimit, m_options.tickLimit, 1,
+                                             std::numeric_limits<quint64>::max());
+    m_options.inputLimit =
+        readCount<qint64>(m_definitions.inputLimit, m_options.inputLimit, 1, maxInputLimit);
 }
 
 } // namespace
@@ -419,23 +379,20 @@ SheetCommandLine parseSheetCommandLine(const QByteArrayList &arguments)
         QStringLiteral("Gauge files, in the current or the older form. FILE=MM gives one its own size."),
         QStringLiteral("FILE[=MM]..."));
     parser.addOptions(definitions.all());
+    parser.addOptions(helpAndVersion());
 
-    using Outcome = SheetCommandLine::Outcome;
+    SheetCommandLine result;
     QStringList notUtf8;
-    if (!parser.parse(decodedArguments(arguments, notUtf8)))
-        return {Outcome::WrongUsage, parser.errorText(), {}};
-    if (parser.isSet(definitions.help))
-        return {Outcome::ShowText, parser.helpText(), {}};
-    if (parser.isSet(definitions.version)) {
-        return {Outcome::ShowText,
-                QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
-                                              QCoreApplication::applicationVersion()),
-                {}};
-    }
-    const OptionsReader reader(parser, definitions);
+    result.outcome = parseArguments(parser, arguments, notUtf8, result.text);
+    if (result.outcome != CommandLineOutcome::Run)
+        return result;
+    const SheetOptionsReader reader(parser, definitions);
     if (!reader.error().isEmpty())
-        return {Outcome::WrongUsage, reader.error(), {}};
+        return {CommandLineOutcome::WrongUsage, reader.error(), {}};
     if (!notUtf8.isEmpty())
-        return {Outcome::WrongUsage, QStringLiteral("\"%1\" is not UTF-8").arg(notUtf8.constFirst()), {}};
-    return {Outcome::MakeSheet, QString(), reader.options()};
+        return {CommandLineOutcome::WrongUsage,
+                QStringLiteral("\"%1\" is not UTF-8").arg(notUtf8.constFirst()),
+                {}};
+    result.options = reader.options();
+    return result;
 }

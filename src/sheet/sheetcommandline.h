@@ -2,18 +2,11 @@
 #define SHEETCOMMANDLINE_H
 
 #include "sheet/sheetoptions.h"
+#include "tools/optionsreader.h"
 
 #include <QByteArrayList>
 
-/// A parsed command line: options, or a text to show.
-struct SheetCommandLine
-{
-    enum class Outcome { MakeSheet, ShowText, WrongUsage };
-
-    Outcome outcome = Outcome::MakeSheet;
-    QString text; ///< The help, the version, or the error.
-    SheetOptions options;
-};
+using SheetCommandLine = CommandLine<SheetOptions>;
 
 /// Parses the arguments as main() gets them, program name first. Needs the application object, for the
 /// program's name and version.

@@ -23,7 +23,7 @@ private Q_SLOTS:
 namespace {
 
 /// Parses arguments that are separated by blanks. '' is an empty argument.
-CommandLine parse(const QByteArray &arguments)
+ExportCommandLine parse(const QByteArray &arguments)
 {
     QByteArrayList list{"corvalence-export"};
     for (const QByteArray &argument : arguments.split(' '))
@@ -137,16 +137,16 @@ void tst_CommandLine::refusesWrongUsage()
 {
     QFETCH(const QByteArray, arguments);
     QFETCH(const QString, error);
-    const CommandLine result = parse(arguments);
+    const ExportCommandLine result = parse(arguments);
     QCOMPARE(result.text, error);
-    QCOMPARE(result.outcome, CommandLine::Outcome::WrongUsage);
+    QCOMPARE(result.outcome, ExportCommandLine::Outcome::WrongUsage);
 }
 
 void tst_CommandLine::refusesOptionsThatAreNotUtf8()
 {
-    const CommandLine result = parse("-o \xff a");
+    const ExportCommandLine result = parse("-o \xff a");
     QCOMPARE(result.text, u"\"\ufffd\" is not UTF-8"_s);
-    QCOMPARE(result.outcome, CommandLine::Outcome::WrongUsage);
+    QCOMPARE(result.outcome, ExportCommandLine::Outcome::WrongUsage);
 }
 
 void tst_CommandLine::takesTheFormatFromTheSuffix_data()
@@ -167,15 +167,15 @@ void tst_CommandLine::takesTheFormatFromTheSuffix_data()
 void tst_CommandLine::takesTheFormatFromTheSuffix()
 {
     QFETCH(const QString, format);
-    const CommandLine result = parse(QTest::currentDataTag());
+    const ExportCommandLine result = parse(QTest::currentDataTag());
     QCOMPARE(result.text, QString());
     QCOMPARE(result.options.formats, QList{findExportFormat(format)});
 }
 
 void tst_CommandLine::theHelpListsEveryOption()
 {
-    const CommandLine result = parse("--help");
-    QCOMPARE(result.outcome, CommandLine::Outcome::ShowText);
+    const ExportCommandLine result = parse("--help");
+    QCOMPARE(result.outcome, ExportCommandLine::Outcome::ShowText);
     for (const char *option :
          {"--formats",     "--output",     "--to",          "--size",          "--name-template",
           "--layers",      "--scale",      "--max-error",   "--text-as-paths", "--mm",
