@@ -469,6 +469,8 @@ void ExportOptionsReader::readOtherOptions()
             m_options.byteOrder = ByteOrder::Big;
         else if (order != QLatin1String("little"))
             refuseValue(m_definitions.byteOrder, QStringLiteral("little or big"));
+        if (!m_options.formats.contains(findExportFormat(QStringLiteral("rgb565"))))
+            refuse(QStringLiteral("--byte-order needs --formats rgb565"));
     }
     m_options.crop = !isSet(m_definitions.noCrop);
     m_options.jobs = readCount(m_definitions.jobs, QThread::idealThreadCount(), 1, maxJobs);

@@ -92,7 +92,12 @@ QString chooseMarks(const FitOptions &options, const ScaleCurve &curve, const ga
                 .arg(label)
                 .arg(points);
     }
-    marks.decimals = options.decimals >= 0 ? options.decimals : labelDecimals(marks.labels);
+    const int neededDecimals = labelDecimals(marks.labels);
+    marks.decimals = options.decimals >= 0 ? options.decimals : neededDecimals;
+    if (marks.decimals < neededDecimals)
+        return QStringLiteral("the labels need %1 decimals, more than --decimals %2 writes")
+            .arg(neededDecimals)
+            .arg(options.decimals);
     return {};
 }
 

@@ -182,7 +182,7 @@ gaugeLayer LayerMaker::layer(const ScalePiece &piece, const Sweep &sweep, bool w
     layer.midpointBias = sweep.midpointBias;
     setDivisions(layer, piece);
 
-    layer.tickCountEnabled = m_look.tickCountEnabled && isLabel(piece.first);
+    layer.tickCountEnabled = isLabel(piece.first);
     layer.tickCountSkipFirst = !writesFirst;
     layer.tickCountDecimalPlaces = m_marks.decimals;
     layer.tickCountStart = 0.0;

@@ -62,7 +62,8 @@ void tst_CommandLine::refusesWrongUsage_data()
     }
     rows(u"a webp has at most 16383 pixels on each side"_s, {"-f webp -s 64,16384 a"});
     rows(u"\"middle\" is not a value for --byte-order; it must be little or big"_s,
-         {"--byte-order middle a"});
+         {"-f rgb565 --byte-order middle a"});
+    rows(u"--byte-order needs --formats rgb565"_s, {"-f c --byte-order big a"});
     rows(u"\"101\" is not a value for --quality; it must be a whole number from 0 to 100"_s,
          {"--quality 101 a"});
     rows(u"the size must be from 64 to 16384 pixels"_s,

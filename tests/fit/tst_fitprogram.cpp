@@ -190,6 +190,8 @@ void tst_FitProgram::namesTheFileAndTheFault_data()
         "--labels and --step cannot be given together\nSee corvalence-fit --help.");
     row("line.csv --step 0.01",
         "line.csv: --step 0.01 gives no label or more than 1000 within the points, which go from 0 to 100");
+    row("line.csv --labels 0,0.25,100 --decimals 1",
+        "line.csv: the labels need 2 decimals, more than --decimals 1 writes");
     row("line.csv --range red:50:200", "line.csv: the range from 50 to 200 goes beyond the points, which go "
                                        "from 0 to 100 (--extrapolate allows this)");
     row("line.csv --style none.gauge", "none.gauge: No such file or directory");
@@ -305,6 +307,7 @@ void tst_FitProgram::takesTheLookOfALayer_data()
     QTest::addColumn<double>("radius");
     QTest::newRow("by name") << u"s.gauge:Small"_s << 0.5;
     QTest::newRow("the first with labels") << u"s.gauge"_s << 0.6;
+    QTest::newRow("a layer without labels") << u"s.gauge:Face"_s << 0.4;
 }
 
 void tst_FitProgram::takesTheLookOfALayer()
@@ -321,10 +324,12 @@ void tst_FitProgram::takesTheLookOfALayer()
     look.divisionInnerRadius[0] = 0.6;
     gaugeData face = look;
     face.tickCountEnabled = false;
+    face.divisionInnerRadius[0] = 0.4;
     write(u"s.gauge"_s, gaugeFile::write({{u"Face"_s, face}, {u"Big"_s, look}, {u"Small"_s, small}}));
 
     QCOMPARE(run({u"line.csv"_s, u"--style"_s, style, u"--step"_s, u"20"_s, u"-o"_s, u"g.gauge"_s}).status,
              0);
+    QCOMPARE(drawnLabels(gauge()), QStringList({u"0"_s, u"20"_s, u"40"_s, u"60"_s, u"80"_s, u"100"_s}));
     for (const gaugeLayer &layer : gauge()) {
         QCOMPARE(layer.data.divisionInnerRadius[0], radius);
         QCOMPARE(layer.data.divisionColor[1], QColor(1, 2, 3));
