@@ -47,6 +47,18 @@ QByteArray svgElement(const QByteArray &attributes, const QByteArray &content)
     return "<svg viewBox=\"0 0 " + side + ' ' + side + "\" " + attributes + ">\n" + content + "</svg>\n";
 }
 
+/// Removes ticks that have no place, as those of an empty ring: browsers report numbers that are none as
+/// errors.
+QByteArray withoutLostTicks(const QByteArray &drawing)
+{
+    QByteArray kept;
+    for (const QByteArray &line : drawing.split('\n')) {
+        if (!line.startsWith("<polyline") || !(line.contains("nan,") || line.contains("inf,")))
+            kept += line + '\n';
+    }
+    return kept;
+}
+
 /// Returns the drawing of a part without the head of an SVG file. Empty when it cannot be made.
 QByteArray drawing(const GaugePart &part, bool centreDot)
 {
@@ -59,7 +71,7 @@ QByteArray drawing(const GaugePart &part, bool centreDot)
         return {};
     const QByteArray headEnd("</defs>");
     const qsizetype start = file.data().indexOf(headEnd) + headEnd.size();
-    return file.data().mid(start, file.data().lastIndexOf("</svg>") - start);
+    return withoutLostTicks(file.data().mid(start, file.data().lastIndexOf("</svg>") - start));
 }
 
 QByteArray needleAttributes(const QString &label, double angle, const QList<QPointF> &points)

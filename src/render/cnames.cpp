@@ -1,8 +1,10 @@
 #include "render/cnames.h"
 
+#include <QCryptographicHash>
+
 QByteArray identifierPart(const QString &name)
 {
-    constexpr qsizetype maxLength = 28; // compilers need not tell identifiers apart after 63 characters
+    constexpr qsizetype maxLength = 22; // compilers need not tell identifiers apart after 63 characters
     QByteArray part;
     bool isBetween = false;
     for (const QChar character : name) {
@@ -18,16 +20,27 @@ QByteArray identifierPart(const QString &name)
         if (part.size() >= maxLength)
             break;
     }
-    return part.left(maxLength);
+    part.truncate(maxLength);
+    // Two underscores in a row are reserved in C++.
+    if (part.endsWith('_'))
+        part.chop(1);
+    return part;
 }
 
 QByteArray gaugePrefix(const QString &gaugeName)
 {
-    const QByteArray part = identifierPart(gaugeName);
+    QByteArray part = identifierPart(gaugeName);
+    const bool isWhole = QString::fromLatin1(part).replace(u'_', u' ') == gaugeName.toLower();
+    const bool startsLikeOthers = part.isEmpty() || part.startsWith("gauge");
     if (part.isEmpty())
-        return "gauge";
-    const bool startsWithDigit = part.front() >= '0' && part.front() <= '9';
-    return startsWithDigit ? "gauge_" + part : part;
+        part = "gauge";
+    else if (part.front() >= '0' && part.front() <= '9')
+        part.prepend("gauge_");
+    if (isWhole && !startsLikeOthers)
+        return part;
+    constexpr qsizetype hashLength = 6;
+    const QByteArray hash = QCryptographicHash::hash(gaugeName.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return part + '_' + hash.left(hashLength);
 }
 
 QByteArray commentText(const QString &name)

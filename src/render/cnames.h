@@ -8,7 +8,9 @@
 /// than ASCII ones become their numbers.
 [[nodiscard]] QByteArray identifierPart(const QString &name);
 
-/// What the names of one gauge's header begin with. Never a keyword, because something follows.
+/// What the names of one gauge's header begin with. Never a keyword, because something follows. Gauges whose
+/// names differ in more than case get different prefixes: a name that is not whole in its prefix is followed
+/// by a part of its hash.
 [[nodiscard]] QByteArray gaugePrefix(const QString &gaugeName);
 
 /// A name for a comment in C: printable ASCII in quotation marks, without what ends a comment, begins

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void namesAreEscaped();
     void templateIsFilledInOnce();
     void pagesHaveNoIds();
+    void ticksWithoutAPlaceAreLeftOut();
     void noScaleNoPage();
 };
 
@@ -123,6 +124,15 @@ void tst_LivePage::pagesHaveNoIds()
     const QByteArray page = pageOf(u"Gauge"_s, {{u"Face"_s, {}}, {u"Needle"_s, {}}}, {u"Needle"_s});
     const QByteArray gauge = page.mid(page.indexOf("<corvalence-gauge>"));
     QVERIFY(!gauge.first(gauge.indexOf("</corvalence-gauge>")).contains(" id="));
+}
+
+void tst_LivePage::ticksWithoutAPlaceAreLeftOut()
+{
+    gaugeLayer empty{u"Empty"_s, {}};
+    empty.data.divisionCount[0] = 0; // its only tick has no angle
+    const QByteArray page = pageOf(u"Gauge"_s, {{u"Face"_s, {}}, empty}, {});
+    QVERIFY(page.contains("<polyline"));
+    QVERIFY(!page.contains("nan,"));
 }
 
 void tst_LivePage::noScaleNoPage()

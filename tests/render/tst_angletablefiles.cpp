@@ -1,5 +1,6 @@
 #include "render/angletable.h"
 #include "render/angletablefiles.h"
+#include "render/cnames.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void hostileNames();
     void halvesOfSurrogatePairsAreReplaced();
     void identifiersDiffer();
+    void headersOfGaugesHaveDifferentPrefixes();
     void headersRefuseNumbersThatDoNotFit();
     void headersUseTheUnitThatIsNeeded();
 };
@@ -113,6 +115,28 @@ void tst_AngleTableFiles::identifiersDiffer()
     QVERIFY(functions.contains(u"dial_tenths"_s) && functions.contains(u"dial_int_tenths"_s));
     // A name in C does not begin with a digit.
     QVERIFY(angleTableHeader(u"6 volts"_s, {tableOf(u"6 volts"_s)}).contains(" gauge_6_volts_"));
+}
+
+void tst_AngleTableFiles::headersOfGaugesHaveDifferentPrefixes()
+{
+    const QStringList names{u"Fuel 1"_s,
+                            u"Fuel-1"_s,
+                            u"Fuel_1"_s,
+                            u"6 volts"_s,
+                            u"Gauge 6 volts"_s,
+                            u"Gauge"_s,
+                            u"-"_s,
+                            u"--"_s,
+                            u"Engine oil pressure of the left engine"_s,
+                            u"Engine oil pressure of the right engine"_s};
+    QSet<QByteArray> prefixes;
+    for (const QString &name : names) {
+        const QByteArray prefix = gaugePrefix(name);
+        QVERIFY2(!prefix.contains("__"), prefix.constData());
+        prefixes.insert(prefix);
+    }
+    QCOMPARE(prefixes.size(), names.size());
+    QCOMPARE(gaugePrefix(u"VU meter"_s), "vu_meter"_ba);
 }
 
 void tst_AngleTableFiles::headersRefuseNumbersThatDoNotFit()
