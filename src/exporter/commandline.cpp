@@ -23,6 +23,7 @@ constexpr double minSide = 1.0;
 constexpr double maxSide = 5000.0;
 constexpr double minMaxError = 0.0001;
 constexpr double maxMaxError = 90.0;
+constexpr int maxNeedleAngle = 36000; // 100 turns
 constexpr int maxJobs = 1024;
 constexpr int maxInputLimit = 1024;
 
@@ -355,9 +356,10 @@ void ExportOptionsReader::readNeedles()
             continue;
         bool isNumber = false;
         const double angle = angles.at(i).toDouble(&isNumber);
-        if (!isNumber || !std::isfinite(angle))
-            refuse(QStringLiteral("\"%1\" is not a value for --needle-angle; it must be a number of degrees")
-                       .arg(angles.at(i)));
+        if (!isNumber || !(std::abs(angle) <= maxNeedleAngle)) {
+            refuseValue(m_definitions.needleAngle, angles.at(i),
+                        QStringLiteral("a number of degrees from -%1 to %1").arg(maxNeedleAngle));
+        }
         m_options.needles.last().angle = angle;
     }
 }
@@ -428,6 +430,8 @@ void ExportOptionsReader::readBackground()
             refuseValue(m_definitions.background,
                         QStringLiteral("the name of a colour, #rgb, #rrggbb or #aarrggbb"));
     }
+    if (isSet(m_definitions.background) && !makesPictures())
+        refuse(QStringLiteral("--background needs a picture, such as --formats png"));
     const QColor &colour = m_options.background;
     for (const ExportFormat *format : std::as_const(m_options.formats)) {
         if (format->isOpaque && (!colour.isValid() || colour.alpha() < 255))
@@ -441,6 +445,9 @@ void ExportOptionsReader::readScales()
     m_options.scales = valuesOf(m_definitions.scale);
     if (m_options.scales.contains(QString()))
         refuse(QStringLiteral("--scale needs the name of a layer"));
+    const auto usesScales = [](const ExportFormat *format) { return format->scales != ScaleUse::None; };
+    if (isSet(m_definitions.scale) && std::ranges::none_of(m_options.formats, usesScales))
+        refuse(QStringLiteral("--scale needs --formats json, xml, h or html"));
     if (!isSet(m_definitions.maxError))
         return;
     bool isNumber = false;

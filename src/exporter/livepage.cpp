@@ -134,8 +134,8 @@ QByteArray livePage(const QString &gaugeName, const QList<GaugePart> &parts, con
     const auto needleCount = std::ranges::count_if(parts, isNeedle);
     QByteArray dial;
     QJsonArray needles;
-    const auto append = [&](const QString &label, double angle, const QByteArray &content) {
-        const QList<QPointF> &points = tables.at(std::min(needles.size(), tables.size() - 1)).points;
+    const auto append = [&](const QString &label, double angle, qsizetype table, const QByteArray &content) {
+        const QList<QPointF> &points = tables.at(std::min(table, tables.size() - 1)).points;
         dial += svgElement(needleAttributes(label, angle, points), content);
         needles.append(needleData(needles.size(), label, angle, points));
     };
@@ -146,12 +146,13 @@ QByteArray livePage(const QString &gaugeName, const QList<GaugePart> &parts, con
         if (content.isEmpty())
             return {};
         if (part.isNeedle)
-            append(needleCount == 1 ? gaugeName : part.layers.constFirst().name, part.needleAngle, content);
+            append(needleCount == 1 ? gaugeName : part.layers.constFirst().name, part.needleAngle,
+                   part.choice, content);
         else
             dial += svgElement("aria-hidden=\"true\"", content);
     }
     if (needleCount == 0)
-        append(gaugeName, tables.constFirst().points.constFirst().y(),
+        append(gaugeName, tables.constFirst().points.constFirst().y(), 0,
                pageFile(QStringLiteral("pointer.svg")));
 
     return filledIn(pageFile(QStringLiteral("page.html")),

@@ -101,7 +101,7 @@ Choices readChoice(const QString &text, const QList<gaugeLayer> &layers)
     const qsizetype equals = text.indexOf(QLatin1Char('='));
     QString unknown;
     QList<qsizetype> rows = findLayers(text, layers, unknown);
-    const bool isJoined = equals > 0 && !unknown.isNull();
+    const bool isJoined = !unknown.isNull() && !text.left(std::max<qsizetype>(0, equals)).trimmed().isEmpty();
     if (isJoined) {
         unknown = QString();
         rows = findLayers(text.mid(equals + 1), layers, unknown);

@@ -31,8 +31,8 @@ QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layer
         const int number = part.toInt(&isNumber);
         if (isNumber && number >= 1 && number <= layers.size())
             rows.append(number - 1);
-        else
-            unknown = part.trimmed();
+        else // not null, which means that every part stands for a layer
+            unknown = part.trimmed().isEmpty() ? QLatin1String("") : part.trimmed();
     }
     return rows;
 }

@@ -40,6 +40,14 @@ int decimals(const AngleTable &table)
     return count;
 }
 
+/// Whether the values are too large to be written with the decimals that they need.
+bool isTooCoarse(const AngleTable &table)
+{
+    const auto roundingAt = [&table](int count) { return rounding(table, 0.5 * std::pow(10.0, -count)); };
+    // Where the angle jumps, no number of decimals suffices.
+    return roundingAt(decimals(table)) > maxValueRounding && roundingAt(maxDecimals) <= maxValueRounding;
+}
+
 qint64 scaledValue(double value, int decimalCount)
 {
     return std::llround(value * std::pow(10.0, decimalCount));
@@ -133,8 +141,8 @@ QString checkAngleTableHeader(const QList<AngleTable> &tables)
                        "The scale \"%1\" cannot be written in C: its values or angles are too large.")
                 .arg(table.name);
         }
-        if (scaledValue(table.points.constFirst().x(), decimals(table)) >=
-            scaledValue(table.points.constLast().x(), decimals(table))) {
+        if (isTooCoarse(table) || scaledValue(table.points.constFirst().x(), decimals(table)) >=
+                                      scaledValue(table.points.constLast().x(), decimals(table))) {
             return QStringLiteral(
                        "The scale \"%1\" cannot be written in C: its values are too close together.")
                 .arg(table.name);

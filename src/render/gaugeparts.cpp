@@ -14,6 +14,7 @@ struct NeedleRows
     qsizetype first = 0;
     qsizetype count = 0;
     double angle = 0.0;
+    qsizetype choice = 0;
 };
 
 /// The angle of the layer's first primary tick; 0 without one.
@@ -71,13 +72,14 @@ GaugeParts splitGauge(const QList<gaugeLayer> &layers, const QList<NeedleChoice>
         result.failure = findNeedle(needle, layers, rows);
         if (!result.failure.isEmpty())
             return result;
+        rows.choice = found.size();
         found.append(rows);
     }
     std::ranges::sort(found, {}, &NeedleRows::first);
 
     const QStringList names = partNames(found.size());
-    const auto append = [&](qsizetype first, qsizetype count, bool isNeedle, double angle) {
-        result.parts.append({names.at(result.parts.size()), layers.mid(first, count), isNeedle, angle});
+    const auto append = [&](qsizetype first, qsizetype count) {
+        result.parts.append({names.at(result.parts.size()), layers.mid(first, count)});
     };
     qsizetype next = 0;
     for (const NeedleRows &needle : std::as_const(found)) {
@@ -85,10 +87,14 @@ GaugeParts splitGauge(const QList<gaugeLayer> &layers, const QList<NeedleChoice>
             return {{},
                     QStringLiteral("The layer \"%1\" cannot belong to two needles.")
                         .arg(layers.at(needle.first).name)};
-        append(next, needle.first - next, false, 0.0);
-        append(needle.first, needle.count, true, needle.angle);
+        append(next, needle.first - next);
+        append(needle.first, needle.count);
+        GaugePart &part = result.parts.last();
+        part.isNeedle = true;
+        part.needleAngle = needle.angle;
+        part.choice = needle.choice;
         next = needle.first + needle.count;
     }
-    append(next, layers.size() - next, false, 0.0);
+    append(next, layers.size() - next);
     return result;
 }

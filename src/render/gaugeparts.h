@@ -16,6 +16,7 @@ struct GaugePart
     QList<gaugeLayer> layers; ///< Bottom layer first. Empty when the gauge has no layers there.
     bool isNeedle = false;
     double needleAngle = 0.0; ///< Of a needle: degrees clockwise from 12 o'clock at which it is drawn.
+    qsizetype choice = 0;     ///< Of a needle: its index in the choices, which can be in another order.
 };
 
 /// The parts of a gauge, or why it has none.

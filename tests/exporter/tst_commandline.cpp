@@ -103,7 +103,9 @@ void tst_CommandLine::refusesWrongUsage_data()
                  QLatin1String(value)),
              {QByteArray("--max-error ") + value + " a"});
     }
-    rows(u"--scale needs the name of a layer"_s, {"--scale '' a"});
+    rows(u"--scale needs the name of a layer"_s, {"-f json --scale '' a"});
+    rows(u"--scale needs --formats json, xml, h or html"_s, {"--scale Knots a"});
+    rows(u"--background needs a picture, such as --formats png"_s, {"-f json,html -b red a"});
     rows(u"\"0\" is not a value for --jobs; it must be a whole number from 1 to 1024"_s, {"-j 0 a"});
     rows(u"\"1025\" is not a value for --jobs; it must be a whole number from 1 to 1024"_s, {"-j 1025 a"});
     rows(u"\"0\" is not a value for --tick-limit; it must be a whole number from 1 to 18446744073709551615"_s,
@@ -125,10 +127,11 @@ void tst_CommandLine::refusesWrongUsage_data()
     rows(u"--split makes several files of a picture; standard output takes only one"_s, {"--split b -"});
     rows(u"--needle-angle belongs to a --split"_s,
          {"--needle-angle 5 a", "--split b --needle-angle 5 --needle-angle 6 a"});
-    for (const char *value : {"up", "", "inf", "nan"}) {
-        rows(u"\"%1\" is not a value for --needle-angle; it must be a number of degrees"_s.arg(
-                 QLatin1String(value)),
-             {QByteArray("--split b --needle-angle ") + (*value == '\0' ? "''" : value) + " a"});
+    for (const char *value : {"up", "", "inf", "nan", "36001", "-1e300"}) {
+        rows(
+            u"\"%1\" is not a value for --needle-angle; it must be a number of degrees from -36000 to 36000"_s
+                .arg(QLatin1String(value)),
+            {QByteArray("--split b --needle-angle ") + (*value == '\0' ? "''" : value) + " a"});
     }
     rows(u"--to gives the whole name; --output and --name-template cannot be given too"_s,
          {"--to face -o out a", "--to face -n {name} a"});

@@ -155,6 +155,8 @@ void tst_ExporterTables::refusesChoices_data()
     QTest::newRow("unknown") << u"Speed"_s << QByteArray("There is no layer \"Speed\".");
     QTest::newRow("unknown in a joined scale")
         << u"All=Low,Speed"_s << QByteArray("There is no layer \"Speed\".");
+    QTest::newRow("empty in a list") << u"All=Low,"_s << QByteArray("There is no layer \"\".");
+    QTest::newRow("empty name") << u" =Low"_s << QByteArray("There is no layer \"=Low\".");
     QTest::newRow("no scale") << u"Figure"_s
                               << QByteArray("The layer \"Figure\" has no scale: its increment is 0.");
     QTest::newRow("values") << u"All=Low,Far"_s

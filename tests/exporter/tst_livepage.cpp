@@ -78,7 +78,7 @@ void tst_LivePage::eachNeedleFollowsATable()
 {
     const QList<gaugeLayer> layers{{u"One"_s, {}}, {u"Two"_s, {}}, {u"Three"_s, {}}};
     const QJsonArray data =
-        dataOf(pageOf(u"Gauge"_s, layers, {u"One"_s, u"Two"_s, u"Three"_s}, {tens, backwards}));
+        dataOf(pageOf(u"Gauge"_s, layers, {u"Two"_s, u"One"_s, u"Three"_s}, {backwards, tens}));
     QStringList summary;
     for (const QJsonValue &needle : data) {
         summary.append(
@@ -87,7 +87,7 @@ void tst_LivePage::eachNeedleFollowsATable()
                 .arg(needle["value"_L1].toDouble()));
     }
     QCOMPARE(summary, QStringList({u"value One from 0 at 50"_s, u"value2 Two from -5 at 0"_s,
-                                   u"value3 Three from -5 at 0"_s}));
+                                   u"value3 Three from 0 at 50"_s}));
 }
 
 void tst_LivePage::gaugeWithoutNeedleGetsAPointer()

@@ -146,8 +146,12 @@ void tst_AngleTableFiles::headersRefuseNumbersThatDoNotFit()
              u"The scale \"a\" cannot be written in C: its values or angles are too large."_s);
     QCOMPARE(checkAngleTableHeader({tableOf(u"a"_s, {{0.0, 0.0}, {1.0, 1e300}})}),
              u"The scale \"a\" cannot be written in C: its values or angles are too large."_s);
-    QCOMPARE(checkAngleTableHeader({tableOf(u"a"_s, {{0.0, 0.0}, {1e-300, 90.0}})}),
-             u"The scale \"a\" cannot be written in C: its values are too close together."_s);
+    const QList<QPointF> tiny{{0.0, 0.0}, {1e-300, 90.0}};
+    const QList<QPointF> farFromZero{{5e10, 0.0}, {5e10 + 10.0, 120.0}};
+    for (const QList<QPointF> &points : {tiny, farFromZero}) {
+        QCOMPARE(checkAngleTableHeader({tableOf(u"a"_s, points)}),
+                 u"The scale \"a\" cannot be written in C: its values are too close together."_s);
+    }
 }
 
 void tst_AngleTableFiles::headersUseTheUnitThatIsNeeded()
