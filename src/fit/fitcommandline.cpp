@@ -157,6 +157,7 @@ private:
     void readOutput();
     void readCheck();
     [[nodiscard]] QString fileName(const QCommandLineOption &option);
+    [[nodiscard]] QString layerList(const QCommandLineOption &option);
     [[nodiscard]] double readNumber(const QCommandLineOption &option, double min, double max);
 
     const OptionDefinitions &m_definitions;
@@ -174,6 +175,14 @@ QString FitOptionsReader::fileName(const QCommandLineOption &option)
     if (isSet(option) && name.isEmpty())
         refuse(QStringLiteral("--%1 needs the name of a file").arg(option.names().constLast()));
     return name;
+}
+
+QString FitOptionsReader::layerList(const QCommandLineOption &option)
+{
+    const QStringList lists = valuesOf(option);
+    if (std::ranges::any_of(lists, [](const QString &list) { return list.trimmed().isEmpty(); }))
+        refuse(QStringLiteral("--%1 needs the name of a layer").arg(option.names().constLast()));
+    return lists.join(u',');
 }
 
 double FitOptionsReader::readNumber(const QCommandLineOption &option, double min, double max)
@@ -295,7 +304,7 @@ void FitOptionsReader::readLook()
 {
     m_options.style = fileName(m_definitions.style);
     m_options.into = fileName(m_definitions.into);
-    m_options.replace = valuesOf(m_definitions.replace).join(u',');
+    m_options.replace = layerList(m_definitions.replace);
     if (isSet(m_definitions.into) != isSet(m_definitions.replace))
         refuse(QStringLiteral("--into and --replace are given together"));
     readRanges();
@@ -325,7 +334,7 @@ void FitOptionsReader::readOutput()
 void FitOptionsReader::readCheck()
 {
     m_options.checkedGauge = fileName(m_definitions.check);
-    m_options.checkedLayers = valuesOf(m_definitions.layers).join(u',');
+    m_options.checkedLayers = layerList(m_definitions.layers);
     if (!isSet(m_definitions.check)) {
         if (isSet(m_definitions.layers))
             refuse(QStringLiteral("--layers needs --check"));

@@ -225,7 +225,7 @@ QString readCheckedLayers(const FitOptions &options, QList<gaugeLayer> &layers)
     if (!options.checkedLayers.isEmpty()) {
         QString unknown;
         const QList<qsizetype> rows = findLayers(options.checkedLayers, layers, unknown);
-        if (!unknown.isNull())
+        if (rows.isEmpty() || !unknown.isNull())
             return describeUnknownLayer(unknown, layers);
         QList<gaugeLayer> selected;
         for (const qsizetype row : rows)

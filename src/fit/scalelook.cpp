@@ -51,7 +51,7 @@ QString readStyle(const QString &style, gaugeData &look)
     if (!layer.isEmpty()) {
         QString unknown;
         const QList<qsizetype> rows = findLayers(layer, layers, unknown);
-        if (!unknown.isNull())
+        if (rows.isEmpty() || !unknown.isNull())
             return file + QLatin1String(": ") + describeUnknownLayer(unknown, layers);
         look = layers.at(rows.constFirst()).data;
     }
@@ -74,7 +74,7 @@ QString takeLayers(const QString &wanted, ScalePlace &place)
 {
     QString unknown;
     QList<qsizetype> rows = findLayers(wanted, place.layers, unknown);
-    if (!unknown.isNull())
+    if (rows.isEmpty() || !unknown.isNull())
         return describeUnknownLayer(unknown, place.layers);
     std::ranges::sort(rows);
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());

@@ -68,6 +68,9 @@ void tst_FitCommandLine::refusesWrongUsage_data()
     rows(u"both --map options have the same reading"_s, {"t -o g --map 1=2 --map 1=3"});
     rows(u"both --map options have the same angle"_s, {"t -o g --map 1=2 --map 2=2"});
     rows(u"--into and --replace are given together"_s, {"t -o g --into f", "t -o g --replace f"});
+    rows(u"--replace needs the name of a layer"_s,
+         {"t -o g --into f --replace ''", "t -o g --into f --replace a --replace ''"});
+    rows(u"--layers needs the name of a layer"_s, {"t --check f --layers ''"});
     rows(u"--range-radius and --range-width need --range"_s,
          {"t -o g --range-radius 1", "t -o g --range-width 1"});
     rows(u"--layers needs --check"_s, {"t -o g --layers a"});
