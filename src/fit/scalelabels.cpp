@@ -71,7 +71,8 @@ QList<double> roundNumbers(const ScaleCurve &curve)
             numbers.append({number, -number});
         }
     }
-    numbers.removeIf([&curve](double number) { return !std::isfinite(curve.angle(number)); });
+    numbers.removeIf(
+        [&curve](double number) { return !(number >= curve.minValue() && number <= curve.maxValue()); });
     return numbers;
 }
 

@@ -260,23 +260,28 @@ void tst_FitProgram::extrapolates()
 void tst_FitProgram::choosesLabels_data()
 {
     QTest::addColumn<QByteArray>("table");
+    QTest::addColumn<QString>("option");
     QTest::addColumn<QStringList>("labels");
-    QTest::newRow("equal steps") << QByteArray("0,-50\n100,50\n")
+    QTest::newRow("equal steps") << QByteArray("0,-50\n100,50\n") << u"--minor=1"_s
                                  << u"0 10 20 30 40 50 60 70 80 90 100"_s.split(u' ');
-    QTest::newRow("no room for 11") << QByteArray("0,-35\n100,35\n") << u"0 20 40 60 80 100"_s.split(u' ');
+    QTest::newRow("no room for 11") << QByteArray("0,-35\n100,35\n") << u"--minor=1"_s
+                                    << u"0 20 40 60 80 100"_s.split(u' ');
     QByteArray logarithm;
     for (int power = 0; power <= 12; ++power)
         logarithm +=
             QByteArray::number(std::pow(10.0, power / 4.0)) + ',' + QByteArray::number(power * 10) + '\n';
-    QTest::newRow("steps crowd") << logarithm << u"1 2 5 10 20 50 100 200 500 1000"_s.split(u' ');
+    const QStringList ofDecades = u"1 2 5 10 20 50 100 200 500 1000"_s.split(u' ');
+    QTest::newRow("steps crowd") << logarithm << u"--minor=1"_s << ofDecades;
+    QTest::newRow("steps crowd on an endless curve") << logarithm << u"--extrapolate"_s << ofDecades;
 }
 
 void tst_FitProgram::choosesLabels()
 {
     QFETCH(const QByteArray, table);
+    QFETCH(const QString, option);
     QFETCH(const QStringList, labels);
     write(u"t.csv"_s, table);
-    const ProgramRun fit = run("t.csv -o g.gauge --report json");
+    const ProgramRun fit = run({u"t.csv"_s, option, u"-o"_s, u"g.gauge"_s, u"--report"_s, u"json"_s});
     QCOMPARE(fit.status, 0);
     QCOMPARE(drawnLabels(gauge()), labels);
     QCOMPARE(report(fit).value(u"overlaps").toArray(), QJsonArray());
