@@ -6,6 +6,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -31,7 +32,8 @@ struct OptionDefinitions
                               QStringLiteral("file")};
     QCommandLineOption overwrite{QStringLiteral("overwrite"), QStringLiteral("Replace files that exist.")};
     QCommandLineOption keep{QStringLiteral("keep"),
-                            QStringLiteral("Keep files that exist. This is not an error.")};
+                            QStringLiteral("Keep files that exist. This is not an error. If the gauge or the "
+                                           "table of --table exists, neither is written.")};
     QCommandLineOption map{
         QStringLiteral("map"),
         QStringLiteral("The second column holds readings, and this one is at this angle. Give it twice; the "
@@ -317,7 +319,10 @@ void FitOptionsReader::readOutput()
     m_options.existing = readExisting(m_definitions.overwrite, m_definitions.keep);
 
     const QString suffix = QFileInfo(m_options.angleTable).suffix().toLower();
-    if (isSet(m_definitions.angleTable) && m_options.angleTable == m_options.output)
+    const auto cleanPath = [](const QString &name) {
+        return QDir::cleanPath(QFileInfo(name).absoluteFilePath());
+    };
+    if (isSet(m_definitions.angleTable) && cleanPath(m_options.angleTable) == cleanPath(m_options.output))
         refuse(QStringLiteral("--output and --table name the same file"));
     const QStringList suffixes{QStringLiteral("json"), QStringLiteral("xml"), QStringLiteral("h")};
     if (isSet(m_definitions.angleTable) && !suffixes.contains(suffix))

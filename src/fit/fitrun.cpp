@@ -125,16 +125,40 @@ void printReport(const QStringList &lines)
         std::fprintf(stderr, "%s\n", maskControlCharacters(line).c_str());
 }
 
-/// Whether the output would replace a file that is read. Only --into may be replaced.
+bool isSameFile(const QString &a, const QString &b)
+{
+    const QString id = fileId(a);
+    return !id.isEmpty() && id == fileId(b);
+}
+
+/// Whether an output would replace a file that is read, or the other output. Only the gauge may replace that
+/// of --into.
 QString checkReplacesNoInput(const FitOptions &options)
 {
+    const QStringList inputs{options.table, styleFile(options.style)};
     for (const QString &output : {options.output, options.angleTable}) {
-        for (const QString &input : {options.table, styleFile(options.style)}) {
-            if (!fileId(output).isEmpty() && fileId(output) == fileId(input))
-                return QStringLiteral("%1 is read and is not replaced.").arg(output);
-        }
+        const QStringList kept = output == options.output ? inputs : inputs + QStringList{options.into};
+        if (std::ranges::any_of(kept, [&output](const QString &input) { return isSameFile(output, input); }))
+            return QStringLiteral("%1 is read and is not replaced.").arg(output);
     }
+    if (isSameFile(options.output, options.angleTable))
+        return QStringLiteral("%1 and %2 are the same file.").arg(options.output, options.angleTable);
     return {};
+}
+
+/// Sets @a kept when one of the outputs exists and is kept: needle and face must agree, so that both are
+/// written or neither. Returns the reason for a failure.
+QString checkOutputs(const FitOptions &options, bool &kept)
+{
+    QString reason = checkReplacesNoInput(options);
+    for (const QString &output : {options.output, options.angleTable}) {
+        if (!reason.isEmpty() || output.isEmpty() || output == standardStream)
+            continue;
+        const WriteResult result = checkOutputFile(output, options.existing);
+        reason = result.reason;
+        kept = kept || !result.written;
+    }
+    return reason;
 }
 
 /// The name of the gauge in tables: of its file, or else of the measured points.
@@ -143,21 +167,20 @@ QString gaugeName(const FitOptions &options)
     return QFileInfo(options.output == standardStream ? options.table : options.output).completeBaseName();
 }
 
-QString writeOutput(const QString &path, const QByteArray &bytes, ExistingFile existing)
+WriteResult writeOutput(const QString &path, const QByteArray &bytes, ExistingFile existing)
 {
-    return path == standardStream ? writeStandardOutput(bytes)
-                                  : writeOutputFile(path, bytes, existing).reason;
+    if (path != standardStream)
+        return writeOutputFile(path, bytes, existing);
+    const QString reason = writeStandardOutput(bytes);
+    return {reason.isEmpty(), reason};
 }
 
 /// Makes the gauge. Returns the reason for a failure.
 QString makeGauge(const FitOptions &options)
 {
-    QString reason = checkReplacesNoInput(options);
-    if (reason.isEmpty() && options.output != standardStream)
-        reason = checkOutputFile(options.output, options.existing).reason;
-    if (reason.isEmpty() && !options.angleTable.isEmpty())
-        reason = checkOutputFile(options.angleTable, options.existing).reason;
-    if (!reason.isEmpty())
+    bool kept = false;
+    QString reason = checkOutputs(options, kept);
+    if (!reason.isEmpty() || kept)
         return reason;
 
     const QString table = tableName(options) + QLatin1String(": ");
@@ -203,11 +226,11 @@ QString makeGauge(const FitOptions &options)
         if (!angles.failure.isEmpty())
             return options.angleTable + QLatin1String(": ") + angles.failure;
     }
-    reason = writeOutput(options.output, gaugeFile::write(place.layers), options.existing);
-    if (reason.isEmpty() && !options.angleTable.isEmpty())
-        reason = writeOutput(options.angleTable, angles.bytes, options.existing);
-    if (!reason.isEmpty())
-        return reason;
+    WriteResult result = writeOutput(options.output, gaugeFile::write(place.layers), options.existing);
+    if (result.written && !options.angleTable.isEmpty())
+        result = writeOutput(options.angleTable, angles.bytes, options.existing);
+    if (!result.written)
+        return result.reason;
     printReport(options.jsonReport ? QStringList(fitReportJson(report)) : fitReportText(report));
     return {};
 }

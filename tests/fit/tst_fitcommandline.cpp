@@ -56,7 +56,8 @@ void tst_FitCommandLine::refusesWrongUsage_data()
     rows(u"--output needs the name of a file"_s, {"t -o ''"});
     rows(u"--labels and --step cannot be given together"_s, {"t -o g --labels 1 --step 1"});
     rows(u"--overwrite and --keep cannot be given together"_s, {"t -o g --overwrite --keep"});
-    rows(u"--output and --table name the same file"_s, {"t -o g.json --table g.json"});
+    rows(u"--output and --table name the same file"_s,
+         {"t -o g.json --table g.json", "t -o g.json --table ./a/../g.json"});
     rows(u"--labels lists 2 twice"_s, {"t -o g --labels 1,2,2.0"});
     rows(u"--labels lists more than 1000 values"_s, {"t -o g --labels 0" + [] {
              QByteArray list;

@@ -49,6 +49,8 @@ private Q_SLOTS:
     void writesTheCurveAsATable_data();
     void writesTheCurveAsATable();
     void replacesNeitherFileIfOneExists();
+    void keepsBothFilesIfOneExists_data();
+    void keepsBothFilesIfOneExists();
     void reportsOnOneScreen();
     void reportsStrangeNamesOnOneLine();
     void reportsOverlaps();
@@ -157,6 +159,8 @@ void tst_FitProgram::replacesNoInput_data()
     QTest::addColumn<QString>("input");
     QTest::newRow("the table") << u"line.csv -o line.csv"_s << u"line.csv"_s;
     QTest::newRow("the style") << u"line.csv --style s.gauge -o ./s.gauge"_s << u"s.gauge"_s;
+    QTest::newRow("the gauge, by the angle table")
+        << u"line.csv --into s.json --replace Look -o g.gauge --table s.json"_s << u"s.json"_s;
     QTest::newRow("the style's file") << u"line.csv --style s.gauge:Look -o s.gauge"_s << u"s.gauge"_s;
 }
 
@@ -164,7 +168,8 @@ void tst_FitProgram::replacesNoInput()
 {
     QFETCH(const QString, arguments);
     QFETCH(const QString, input);
-    write(u"s.gauge"_s, gaugeFile::write({{u"Look"_s, {}}}));
+    for (const QString &name : {u"s.gauge"_s, u"s.json"_s})
+        write(name, gaugeFile::write({{u"Look"_s, {}}}));
     const QByteArray before = read(input);
     const ProgramRun fit = run(arguments.split(u' ') + QStringList{u"--overwrite"_s});
     QCOMPARE(fit.status, 1);
@@ -423,6 +428,25 @@ void tst_FitProgram::replacesNeitherFileIfOneExists()
     QVERIFY(!files().contains(u"g.gauge"_s));
     QCOMPARE(run("line.csv -o g.gauge --table t.h --overwrite").status, 0);
     QVERIFY(read(u"t.h"_s).contains("g_tenths("));
+}
+
+void tst_FitProgram::keepsBothFilesIfOneExists_data()
+{
+    QTest::addColumn<QString>("existing");
+    QTest::newRow("the gauge") << u"g.gauge"_s;
+    QTest::newRow("the table") << u"t.xml"_s;
+}
+
+void tst_FitProgram::keepsBothFilesIfOneExists()
+{
+    QFETCH(const QString, existing);
+    write(existing, "mine");
+    const QStringList before = files();
+    const ProgramRun fit = run("line.csv -o g.gauge --table t.xml --keep");
+    QCOMPARE(fit.status, 0);
+    QCOMPARE(fit.err, QByteArray()); // no report of a gauge that was not made
+    QCOMPARE(files(), before);
+    QCOMPARE(read(existing), QByteArray("mine"));
 }
 
 void tst_FitProgram::reportsOnOneScreen()
