@@ -13,7 +13,7 @@ constexpr double tolerance = 1e-9;
 /// Removes the rounding error of a product: 3 * 0.1 is not the number that is written 0.3.
 double rounded(double label)
 {
-    return QString::number(label, 'g', 12).toDouble();
+    return QString::number(label, 'g', 15).toDouble();
 }
 
 } // namespace
@@ -32,6 +32,8 @@ QList<double> steppedLabels(double min, double max, double step)
     const auto steps = static_cast<int>(last - first);
     for (int i = 0; i <= steps; ++i) {
         const double label = rounded((first + i) * step);
+        if (!labels.isEmpty() && label <= labels.constLast())
+            return {};
         labels.append(label == 0.0 ? 0.0 : label); // no negative zero, which would be written "-0"
     }
     return labels;

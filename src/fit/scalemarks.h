@@ -18,7 +18,8 @@ struct ScaleMarks
 };
 
 /// Returns the multiples of @a step from @a min to @a max, ascending. Empty if there are more than
-/// maxLabelCount, or if the arguments are not finite or @a step is not positive.
+/// maxLabelCount, if a double cannot tell them apart, or if the arguments are not finite or @a step is not
+/// positive.
 [[nodiscard]] QList<double> steppedLabels(double min, double max, double step);
 
 /// Returns the multiples from @a min to @a max of the smallest step of 1, 2 or 5 times a power of ten that

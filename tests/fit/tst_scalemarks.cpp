@@ -35,6 +35,8 @@ void tst_ScaleMarks::steps_data()
     QTest::newRow("ends with rounding errors")
         << 0.1 + 0.2 << 0.7 - 0.1 << 0.1 << QList<double>{0.3, 0.4, 0.5, 0.6};
     QTest::newRow("large") << 1e15 << 1.2e15 << 1e14 << QList<double>{1e15, 1.1e15, 1.2e15};
+    QTest::newRow("large, with a small step")
+        << 1e12 << 1e12 + 2.0 << 1.0 << QList<double>{1e12, 1e12 + 1.0, 1e12 + 2.0};
     QTest::newRow("one") << 1.0 << 9.0 << 5.0 << QList<double>{5.0};
 }
 
@@ -81,6 +83,7 @@ void tst_ScaleMarks::noLabels_data()
     QTest::newRow("negative step") << 0.0 << 1.0 << -1.0;
     QTest::newRow("turned round") << 9.0 << 1.0 << 1.0;
     QTest::newRow("too many") << 0.0 << 1001.0 << 1.0;
+    QTest::newRow("not distinct numbers") << 1e17 << 1e17 + 64.0 << 1.0;
     QTest::newRow("far too many") << -1e308 << 1e308 << 1e-308;
     QTest::newRow("infinite end") << 0.0 << qInf() << 1.0;
     QTest::newRow("infinite step") << 0.0 << 1.0 << qInf();
