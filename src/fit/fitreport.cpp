@@ -146,9 +146,8 @@ QStringList checkReportText(const CheckReport &report)
     const QList<CheckedMark> failed = report.failures();
     QStringList lines;
     lines.append(QStringLiteral("%1: %2 compared with %3, %4 off by more than %5 degrees")
-                     .arg(report.gauge, counted(report.marks.size(), QStringLiteral("label")), report.table)
-                     .arg(failed.size())
-                     .arg(report.maxError));
+                     .arg(report.gauge, counted(report.marks.size(), QStringLiteral("label")), report.table,
+                          QString::number(failed.size()), QString::number(report.maxError)));
     if (const CheckedMark *worst = report.worst())
         lines.append(QStringLiteral("Worst error: %1 degrees at %2 in \"%3\"")
                          .arg(degrees(worst->error), number(worst->value), worst->layer));

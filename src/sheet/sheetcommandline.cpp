@@ -211,8 +211,8 @@ void SheetOptionsReader::readFile(const QString &argument)
         return;
     }
     if (!isInRange(size, minDial, maxSide)) {
-        refuse(
-            QStringLiteral("\"%1\" gives no size from %2 to %3 mm").arg(argument).arg(minDial).arg(maxSide));
+        refuse(QStringLiteral("\"%1\" gives no size from %2 to %3 mm")
+                   .arg(argument, QString::number(minDial), QString::number(maxSide)));
     }
     m_options.files.append({nativeName(argument.left(sign)), size});
 }

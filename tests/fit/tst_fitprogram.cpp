@@ -53,6 +53,7 @@ private Q_SLOTS:
     void keepsBothFilesIfOneExists();
     void reportsOnOneScreen();
     void reportsStrangeNamesOnOneLine();
+    void reportsNamesWithPercentSigns();
     void reportsOverlaps();
     void checksGauges_data();
     void checksGauges();
@@ -471,6 +472,17 @@ void tst_FitProgram::reportsStrangeNamesOnOneLine()
 {
     const ProgramRun fit = run({u"line.csv"_s, u"--labels=0,100"_s, u"-o"_s, u"a\nb\x1b[31m.gauge"_s});
     QVERIFY2(fit.err.startsWith("a?b?[31m.gauge: 1 layer, "), fit.err.constData());
+}
+
+void tst_FitProgram::reportsNamesWithPercentSigns()
+{
+    const QString name = u"50%1%4.gauge"_s;
+    const QByteArray made = run({u"line.csv"_s, u"--labels=0,100"_s, u"-o"_s, name}).err;
+    QVERIFY2(made.startsWith("50%1%4.gauge: 1 layer, "), made.constData());
+    const QByteArray checked = run({u"line.csv"_s, u"--check"_s, name}).err;
+    QVERIFY2(checked.startsWith(
+                 "50%1%4.gauge: 2 labels compared with line.csv, 0 off by more than 0.25 degrees\n"),
+             checked.constData());
 }
 
 void tst_FitProgram::reportsOverlaps()

@@ -63,6 +63,7 @@ void tst_SheetCommandLine::refusesWrongUsage_data()
     rows(u"--output is missing; it names the PDF file to write"_s, {"a"});
     rows(u"--output needs the name of a file"_s, {"-o '' a", "-o - a", "-o out/ a", "-o .. a"});
     rows(u"\"a=0\" gives no size from 1 to 5000 mm"_s, {"-o x.pdf a=0"});
+    rows(u"\"a%2=0\" gives no size from 1 to 5000 mm"_s, {"-o x.pdf a%2=0"});
     rows(u"\"a=inf\" gives no size from 1 to 5000 mm"_s, {"-o x.pdf a=inf"});
     values(u"--mm"_s, u"a length from 1 to 5000 mm"_s, {u"wide"_s, u"0.9"_s, u"5001"_s, u"nan"_s});
     values(u"--gap"_s, u"a length from 0 to 5000 mm"_s, {u"-1"_s, u"inf"_s});
