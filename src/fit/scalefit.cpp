@@ -292,10 +292,11 @@ ScaleFit fitScale(const ScaleCurve &curve, const ScaleMarks &marks, double maxEr
 
         const std::vector<double> drawn = drawnAngles(layer.data);
         for (size_t i = 0; i < angles.size(); ++i) {
-            // Turns are not visible. NaN counts as too large an error.
-            const double error =
-                i < drawn.size() ? std::abs(std::remainder(drawn[i] - angles[i], 360.0)) : 360.0;
-            if (!(error <= fit.worstError)) {
+            // Turns are not visible. A mark that is not drawn, or at no angle, is as far off as can be.
+            double error = i < drawn.size() ? std::abs(std::remainder(drawn[i] - angles[i], 360.0)) : 360.0;
+            if (std::isnan(error))
+                error = 360.0;
+            if (error > fit.worstError) {
                 fit.worstError = error;
                 fit.worstValue = values.at(static_cast<size_t>(piece.first) + i);
             }
