@@ -81,6 +81,8 @@ QString chooseMarks(const FitOptions &options, const ScaleCurve &curve, const ga
         marks.labels = steppedLabels(curve.minValue(), curve.maxValue(), options.step);
     else
         marks.labels = chooseLabels(curve, look);
+    if (marks.labels.isEmpty() && options.step == 0.0)
+        return QStringLiteral("no round labels lie within %1 (--labels names others)").arg(points);
     if (marks.labels.isEmpty())
         return QStringLiteral("--step %1 gives no label or more than %2 within %3")
             .arg(options.step)
