@@ -134,13 +134,17 @@ QList<PartCrop> partCrops(const Gauge &gauge, const ExportOptions &options)
     return crops;
 }
 
-/// Makes the bytes of one output. Returns the reason for a failure.
-QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions &options, QByteArray &bytes)
+constexpr qsizetype maxOutputSize = qsizetype(1024) * 1024 * 1024;
+
+QString tooLarge(const Output &output)
 {
-    constexpr qsizetype maxSize = qsizetype(1024) * 1024 * 1024;
-    const QString name = QLatin1String(output.format->name);
-    QString tooLarge = QStringLiteral("The %1 would be larger than 1 GiB.").arg(name);
-    ExportJob job = jobOf(output, gauge, options);
+    return QStringLiteral("The %1 would be larger than 1 GiB.").arg(QLatin1String(output.format->name));
+}
+
+/// Prepares what one output is made of. Returns the reason why it cannot be made.
+QString prepareJob(const Output &output, const Gauge &gauge, const ExportOptions &options, ExportJob &job)
+{
+    job = jobOf(output, gauge, options);
     if (output.format->scales == ScaleUse::OneInEachFile)
         job.tables = gauge.tables.mid(output.scale, 1);
     if (output.format->tableRounding > 0.0) {
@@ -154,15 +158,23 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
             table.maxError = options.maxError;
     }
     const QString refusal = output.format->check != nullptr ? output.format->check(job) : QString();
-    if (!refusal.isEmpty())
-        return refusal;
+    const bool isTooLarge = output.format->estimatedSize != nullptr &&
+                            output.format->estimatedSize(job) > static_cast<double>(maxOutputSize);
+    return refusal.isEmpty() && isTooLarge ? tooLarge(output) : refusal;
+}
+
+/// Makes the bytes of one output. Returns the reason for a failure.
+QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions &options, QByteArray &bytes)
+{
+    const QString name = QLatin1String(output.format->name);
+    ExportJob job;
+    const QString reason = prepareJob(output, gauge, options, job);
+    if (!reason.isEmpty())
+        return reason;
     if (output.format->estimatedSize != nullptr) {
-        const double size = output.format->estimatedSize(job);
-        if (size > static_cast<double>(maxSize))
-            return tooLarge;
         // Fails here if there is not enough memory: a destructor in Qt that fails to allocate memory ends the
         // program. The text is in memory as UTF-16 and twice as UTF-8 when it is written.
-        (void)QByteArray(static_cast<qsizetype>(4.0 * size), Qt::Uninitialized);
+        (void)QByteArray(static_cast<qsizetype>(4.0 * output.format->estimatedSize(job)), Qt::Uninitialized);
     }
     const bool listsCrops = output.format->listsCrops && cropsParts(options);
     // Outside the global pool, Qt's raster engine starts threads itself and waits forever if there are none.
@@ -176,7 +188,7 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
     const bool made = buffer.open(QIODevice::WriteOnly) && output.format->write(buffer, job);
     if (!made)
         return QStringLiteral("The %1 cannot be made: there is not enough memory.").arg(name);
-    return bytes.size() > maxSize ? tooLarge : QString();
+    return bytes.size() > maxOutputSize ? tooLarge(output) : QString();
 }
 
 /// Why several scales do not fit the only file that the user asked for. Empty when they do.
@@ -216,8 +228,8 @@ QList<Output> filesOf(const Output &output, const QString &gaugePath, const Gaug
 /// Why a dry run reports that the file would not be made. Empty when it would be made.
 QString checkInDryRun(const Output &output, const Gauge &gauge, const ExportOptions &options)
 {
-    const bool isChecked = options.dryRun && output.format->check != nullptr;
-    return isChecked ? output.format->check(jobOf(output, gauge, options)) : QString();
+    ExportJob job;
+    return options.dryRun ? prepareJob(output, gauge, options, job) : QString();
 }
 
 /// Makes and writes one file. Returns the reason for a failure.

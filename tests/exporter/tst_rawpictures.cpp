@@ -156,9 +156,11 @@ void tst_RawPictures::sourcesHaveSafeNames()
 
 void tst_RawPictures::refusesSourcesThatAreTooLarge()
 {
-    const ExporterRun result = run("-f c -s 16384 Dial.gauge");
-    QCOMPARE(result.err, "Dial.gauge: The c would be larger than 1 GiB.\n"_ba);
-    QCOMPARE(result.status, 1);
+    for (const char *arguments : {"-f c -s 16384 Dial.gauge", "-f c -s 16384 --dry-run Dial.gauge"}) {
+        const ExporterRun result = run(arguments);
+        QCOMPARE(result.err, "Dial.gauge: The c would be larger than 1 GiB.\n"_ba);
+        QCOMPARE(result.status, 1);
+    }
 }
 
 ADD_TEST_CLASS(tst_RawPictures)
