@@ -12,27 +12,42 @@
 
 namespace {
 
-/// Points of the curve that are close to each other, with the measured ones among them.
-QList<QPointF> sampledCurve(const ScaleCurve &curve, double min, double max)
+/// Returns the number of parts into which the curve between two neighbouring points is divided, so that
+/// straight lines between the parts depart from it by at most @a maxError. @a rise is the difference of their
+/// angles.
+///
+/// Beyond the points the curve is straight. Between them it is at most as steep at each end as three times
+/// the line through both (Fritsch and Carlson, 1980), so that its second derivative by the part of the way is
+/// at most 12 rise, and a straight line over 1/n of the way departs by at most 12 rise / (8 n^2).
+qsizetype partCount(double rise, double maxError)
 {
-    constexpr qsizetype totalCount = 20'000;
-    QList<double> values{min, max};
+    return std::max<qsizetype>(1,
+                               static_cast<qsizetype>(std::ceil(std::sqrt(1.5 * std::abs(rise) / maxError))));
+}
+
+/// Points of the curve between which straight lines depart from it by at most @a maxError degrees, with the
+/// measured ones among them.
+QList<QPointF> sampledCurve(const ScaleCurve &curve, double min, double max, double maxError)
+{
+    QList<QPointF> ends{{min, curve.angle(min)}};
     for (const QPointF &point : curve.points()) {
         if (point.x() > min && point.x() < max)
-            values.append(point.x());
+            ends.append(point);
     }
-    std::ranges::sort(values);
-    const qsizetype countInGap = std::max<qsizetype>(1, totalCount / values.size());
-    QList<QPointF> samples;
-    for (qsizetype gap = 0; gap < values.size(); ++gap) {
-        const double from = values.at(gap);
-        const double to = values.value(gap + 1, from);
-        for (qsizetype part = 0; part < countInGap; ++part) {
-            const double value =
-                from + (to - from) * static_cast<double>(part) / static_cast<double>(countInGap);
-            if (samples.isEmpty() || value > samples.constLast().x())
+    ends.append({max, curve.angle(max)});
+    QList<QPointF> samples{ends.constFirst()};
+    for (qsizetype gap = 1; gap < ends.size(); ++gap) {
+        const QPointF &from = ends.at(gap - 1);
+        const QPointF &to = ends.at(gap);
+        const bool isBeyond = to.x() <= curve.minValue() || from.x() >= curve.maxValue();
+        const qsizetype count = isBeyond ? 1 : partCount(to.y() - from.y(), maxError);
+        for (qsizetype part = 1; part < count; ++part) {
+            const double fraction = static_cast<double>(part) / static_cast<double>(count);
+            const double value = from.x() + (to.x() - from.x()) * fraction;
+            if (value > samples.constLast().x() && value < to.x())
                 samples.append({value, curve.angle(value)});
         }
+        samples.append(to);
     }
     return samples;
 }
@@ -46,14 +61,16 @@ CurveTable makeCurveTable(const ScaleCurve &curve, double min, double max, const
     table.name = gaugeName;
     for (const gaugeLayer &layer : layers)
         table.layers.append(layer.name);
+    const ExportFormat *writer = findExportFormat(format);
+    const double maxError = std::max(table.maxError - writer->tableRounding, table.maxError / 2.0);
     // Some of the error is left for the curve between the samples.
-    table.points = simplifiedTable(sampledCurve(curve, min, max), 0.9 * table.maxError);
+    const double samplingError = maxError / 10.0;
+    table.points = simplifiedTable(sampledCurve(curve, min, max, samplingError), maxError - samplingError);
 
     ExportJob job;
     job.gaugeName = gaugeName;
     job.tables = {table};
     job.sizes = {canvasSize};
-    const ExportFormat *writer = findExportFormat(format);
     CurveTable result;
     if (writer->check != nullptr)
         result.failure = writer->check(job);

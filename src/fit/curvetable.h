@@ -17,7 +17,8 @@ struct CurveTable
 };
 
 /// Makes a table of the curve from @a min to @a max whose straight lines depart from it by at most 0.1
-/// degrees.
+/// degrees; in "h", whose numbers are rounded, by at most 0.11.
+///
 /// @a format is "json", "xml" or "h"; the gauge has this name and is drawn by these layers.
 [[nodiscard]] CurveTable makeCurveTable(const ScaleCurve &curve, double min, double max,
                                         const QString &format, const QString &gaugeName,
