@@ -157,7 +157,7 @@ QString prepareJob(const Output &output, const Gauge &gauge, const ExportOptions
         for (AngleTable &table : job.tables)
             table.maxError = options.maxError;
     }
-    const QString refusal = output.format->check != nullptr ? output.format->check(job) : QString();
+    QString refusal = output.format->check != nullptr ? output.format->check(job) : QString();
     const bool isTooLarge = output.format->estimatedSize != nullptr &&
                             output.format->estimatedSize(job) > static_cast<double>(maxOutputSize);
     return refusal.isEmpty() && isTooLarge ? tooLarge(output) : refusal;
@@ -168,7 +168,7 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
 {
     const QString name = QLatin1String(output.format->name);
     ExportJob job;
-    const QString reason = prepareJob(output, gauge, options, job);
+    QString reason = prepareJob(output, gauge, options, job);
     if (!reason.isEmpty())
         return reason;
     if (output.format->estimatedSize != nullptr) {
@@ -216,8 +216,8 @@ QList<Output> filesOf(const Output &output, const QString &gaugePath, const Gaug
     QStringList names;
     for (const AngleTable &table : gauge.tables)
         names.append(table.name);
-    const QList<Output> files = outputsForScales(output, gaugePath, names, options);
-    for (const Output &file : files) {
+    QList<Output> files = outputsForScales(output, gaugePath, names, options);
+    for (const Output &file : std::as_const(files)) {
         reason = owners.add(file.path, gaugePath);
         if (!reason.isEmpty())
             return {};
@@ -244,7 +244,7 @@ QString makeFile(const Output &output, const QString &gaugeId, const InputFiles 
     if (!id.isEmpty() && inputs.contains(id) && !updatesGauge && options.existing != ExistingFile::Keep)
         return QStringLiteral("%1 is a gauge to export and is not replaced.").arg(output.path);
 
-    const QString refusal = checkInDryRun(output, gauge, options);
+    QString refusal = checkInDryRun(output, gauge, options);
     if (!refusal.isEmpty())
         return refusal;
     WriteResult result = checkOutputFile(output.path, options.existing);

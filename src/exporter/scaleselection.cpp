@@ -80,7 +80,7 @@ QString checkChoice(const Choice &choice)
 {
     QList<Segment> segments;
     for (const gaugeLayer &layer : choice.layers) {
-        const QString failure = checkScale(layer);
+        QString failure = checkScale(layer);
         if (!failure.isEmpty())
             return failure;
         const QList<QPointF> ends = scaleEnds(layer.data);
@@ -88,7 +88,7 @@ QString checkChoice(const Choice &choice)
     }
     std::ranges::stable_sort(segments, {}, [](const Segment &segment) { return segment.first.x(); });
     for (qsizetype index = 1; index < segments.size(); ++index) {
-        const QString failure = checkJoint(segments.at(index - 1), segments.at(index));
+        QString failure = checkJoint(segments.at(index - 1), segments.at(index));
         if (!failure.isEmpty())
             return failure;
     }
@@ -128,7 +128,7 @@ Choices readChoices(const QStringList &texts, const QList<gaugeLayer> &layers)
 {
     Choices result;
     for (const QString &text : texts) {
-        const Choices read = readChoice(text, layers);
+        Choices read = readChoice(text, layers);
         if (!read.failure.isEmpty())
             return read;
         result.choices += read.choices;
