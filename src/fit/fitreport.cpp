@@ -1,6 +1,7 @@
 #include "fit/fitreport.h"
 
 #include "render/labels.h"
+#include "tools/program.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,11 +16,6 @@ namespace {
 constexpr qsizetype maxLayerLines = 16;
 constexpr qsizetype maxPairs = 4;
 constexpr qsizetype lineWidth = 79;
-
-QString counted(qsizetype count, const QString &noun)
-{
-    return QStringLiteral("%1 %2%3").arg(count).arg(noun, count == 1 ? QString() : QStringLiteral("s"));
-}
 
 QString degrees(double angle)
 {
@@ -79,9 +75,9 @@ QStringList fitReportText(const FitReport &report)
 {
     QStringList lines;
     lines.append(QStringLiteral("%1: %2, %3, %4 in all")
-                     .arg(report.output, counted(report.scale.size(), QStringLiteral("layer")),
-                          counted(report.labelCount, QStringLiteral("label")),
-                          counted(report.markCount, QStringLiteral("mark"))));
+                     .arg(report.output, countText(report.scale.size(), QStringLiteral("layer")),
+                          countText(report.labelCount, QStringLiteral("label")),
+                          countText(report.markCount, QStringLiteral("mark"))));
     lines.append(QStringLiteral("Worst error: %1 degrees at %2 (limit %3)")
                      .arg(degrees(report.worstError), number(report.worstValue), number(report.maxError)));
     for (const gaugeLayer &layer : report.scale.first(std::min(report.scale.size(), maxLayerLines))) {
@@ -146,7 +142,7 @@ QStringList checkReportText(const CheckReport &report)
     const QList<CheckedMark> failed = report.failures();
     QStringList lines;
     lines.append(QStringLiteral("%1: %2 compared with %3, %4 off by more than %5 degrees")
-                     .arg(report.gauge, counted(report.marks.size(), QStringLiteral("label")), report.table,
+                     .arg(report.gauge, countText(report.marks.size(), QStringLiteral("label")), report.table,
                           QString::number(failed.size()), QString::number(report.maxError)));
     if (const CheckedMark *worst = report.worst())
         lines.append(QStringLiteral("Worst error: %1 degrees at %2 in \"%3\"")

@@ -10,7 +10,8 @@ class ScaleCurve;
 struct ValueRange;
 struct FitOptions;
 
-/// The look of scales without --style: dark marks and numbers on a light disc, which are the arcs.
+/// The look of scales without --style: dark marks and numbers on a light disc. The arcs are the disc and its
+/// rim.
 [[nodiscard]] gaugeData plainLook();
 
 /// The file in the value of --style, which may end with a colon and the name or number of a layer.

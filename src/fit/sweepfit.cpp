@@ -47,8 +47,8 @@ BiasRange biasRange(std::span<const double> angles, double start, double end, do
         range = {.min = minExponentialBias, .max = maxExponentialBias};
     const double length = end - start;
     const size_t divisions = angles.size() - 1;
-    // In an order that jumps about the sweep: marks far apart are the first to contradict each other. A prime
-    // number of steps reaches every mark once.
+    // Distant marks follow each other: they limit the bias most, so that the loop ends early. A prime number
+    // of steps reaches every mark once.
     constexpr size_t prime = 1'000'003;
     for (size_t step = 1; step < divisions && !range.isEmpty(); ++step) {
         const size_t i = step * prime % divisions;
@@ -103,9 +103,10 @@ double simplestBias(const BiasRange &range)
 /// Returns the largest distance of a tick from its angle.
 double distanceOf(const Sweep &sweep, std::span<const double> angles)
 {
+    const auto divisions = static_cast<double>(std::max<size_t>(1, angles.size() - 1));
     double largest = 0.0;
     for (size_t i = 0; i < angles.size(); ++i) {
-        const double t = static_cast<double>(i) / static_cast<double>(angles.size() - 1);
+        const double t = static_cast<double>(i) / divisions;
         const double fraction = biasedFraction(t, sweep.bias, sweep.midpointBias);
         largest = std::max(largest, std::abs(sweep.start + fraction * (sweep.end - sweep.start) - angles[i]));
     }

@@ -25,9 +25,9 @@ struct Sweep
 [[nodiscard]] bool fits(std::span<const double> angles, double start, double end, double error,
                         bool roundsBias);
 
-/// Returns the sweep from @a start to @a end whose ticks are closest to @a angles. Nothing if they are not
-/// within @a error degrees. With @a roundsBias, the amount of the bias has two decimals if possible;
-/// otherwise as few as cost no more than a hundredth of a degree.
+/// Returns the sweep from @a start to @a end whose ticks are closest to @a angles; a single angle is that of
+/// the first tick. Nothing if they are not within @a error degrees. With @a roundsBias, the amount of the
+/// bias has two decimals if possible; otherwise as few as cost no more than a hundredth of a degree.
 [[nodiscard]] std::optional<Sweep> closestSweep(std::span<const double> angles, double start, double end,
                                                 double error, bool roundsBias);
 

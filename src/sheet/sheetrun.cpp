@@ -124,11 +124,6 @@ bool isInput(const QString &path, const QList<SheetFile> &files)
            std::ranges::any_of(files, [&id](const SheetFile &file) { return fileId(file.path) == id; });
 }
 
-QString countText(qsizetype count, const QString &noun)
-{
-    return QStringLiteral("%1 %2%3").arg(count).arg(noun, count == 1 ? QString() : QStringLiteral("s"));
-}
-
 bool failSheet(const QString &reason)
 {
     (void)fail(reason);

@@ -89,6 +89,11 @@ QString nativeName(const QString &name)
     return name.startsWith(QLatin1Char(':')) ? QStringLiteral("./") + name : name;
 }
 
+QString countText(qsizetype count, const QString &noun)
+{
+    return QStringLiteral("%1 %2%3").arg(count).arg(noun, count == 1 ? QString() : QStringLiteral("s"));
+}
+
 ExitStatus failUsage(const QString &error)
 {
     const QByteArray name = programName();

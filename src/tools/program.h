@@ -25,6 +25,9 @@ void prepareProgram();
 /// The name of a file as Qt needs it: a name that begins with a colon would be a resource of the program.
 [[nodiscard]] QString nativeName(const QString &name);
 
+/// A number of things, such as "1 layer" and "2 layers".
+[[nodiscard]] QString countText(qsizetype count, const QString &noun);
+
 /// Prints that the command line is wrong and returns WrongUsage.
 [[nodiscard]] ExitStatus failUsage(const QString &error);
 
