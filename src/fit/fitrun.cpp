@@ -52,11 +52,13 @@ QString readCurve(const FitOptions &options, std::optional<ScaleCurve> &curve)
     MeasuredTable table = readTable(bytes);
     if (!table.failure.isEmpty())
         return table.failure;
-    for (QPointF &point : table.points) {
+    for (qsizetype row = 0; row < table.points.size(); ++row) {
+        QPointF &point = table.points[row];
         if (options.map)
             point.setY(options.map->angle(point.y()));
         if (!(std::abs(point.y()) <= maxAngle)) {
-            return QStringLiteral("the value %1 has the angle %2; angles are limited to 100 turns")
+            return QStringLiteral("%1: the value %2 has the angle %3; angles are limited to 100 turns")
+                .arg(table.places.at(row))
                 .arg(point.x())
                 .arg(point.y());
         }

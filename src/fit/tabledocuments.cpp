@@ -100,9 +100,13 @@ TableRows readJsonRows(const QByteArray &json)
                           .arg(error.errorString()));
     }
     const QJsonArray scales = document.object().value(QLatin1String("scales")).toArray();
-    if (scales.size() != 1)
-        return failed(QStringLiteral("line 1: the JSON is no table of one scale: \"scales\" has %1 elements")
-                          .arg(scales.size()));
+    if (scales.size() != 1) {
+        const QString hint =
+            scales.size() > 1 ? QStringLiteral(" (corvalence-export --scale writes one of them)") : QString();
+        return failed(
+            QStringLiteral("line 1: the JSON is no table of one scale: \"scales\" has %1 elements%2")
+                .arg(QString::number(scales.size()), hint));
+    }
     TableRows table;
     table.lastPlace = QStringLiteral("\"points\"");
     for (const QJsonValue &element : scales.first().toObject().value(QLatin1String("points")).toArray()) {

@@ -102,11 +102,13 @@ MeasuredTable readTable(const QByteArray &bytes)
     TableRows table = readRows(bytes);
     if (table.failure.isEmpty())
         table.failure = checkRows(table);
-    MeasuredTable result{{}, table.failure};
+    MeasuredTable result{.points = {}, .places = {}, .failure = table.failure};
     if (!result.failure.isEmpty())
         return result;
     result.points.reserve(table.rows.size());
-    for (const TableRow &row : std::as_const(table.rows))
+    for (const TableRow &row : std::as_const(table.rows)) {
         result.points.append({row.value, row.reading});
+        result.places.append(row.place);
+    }
     return result;
 }

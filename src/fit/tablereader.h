@@ -5,6 +5,7 @@
 #include <QList>
 #include <QPointF>
 #include <QString>
+#include <QStringList>
 
 /// A table of measured points, or the reason why there is none.
 struct MeasuredTable
@@ -12,7 +13,8 @@ struct MeasuredTable
     /// x: value, ascending; y: angle or reading, which never turns back. At least two points that do not all
     /// have the same y. Empty after a failure.
     QList<QPointF> points;
-    QString failure; ///< One line that names the line of the file, where there is one.
+    QStringList places; ///< Of the points in the file, such as "line 3".
+    QString failure;    ///< One line that names the line of the file, where there is one.
 };
 
 /// The largest number of a table, without its sign.

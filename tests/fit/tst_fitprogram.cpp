@@ -189,7 +189,7 @@ void tst_FitProgram::namesTheFileAndTheFault_data()
     row(".", ".: It is a folder.");
     row("large.csv", "large.csv: It is larger than 1 MiB.");
     row("bad.csv", "bad.csv: line 3: the value 1 has the angle 3 here and 2 at line 2");
-    row("turns.csv", "turns.csv: the value 1 has the angle 1e+06; angles are limited to 100 turns");
+    row("turns.csv", "turns.csv: line 2: the value 1 has the angle 1e+06; angles are limited to 100 turns");
     row("line.csv --labels 0,200",
         "line.csv: the label 200 is beyond the points, which go from 0 to 100 (--extrapolate allows this)");
     row("line.csv --step 200 --labels 300",
