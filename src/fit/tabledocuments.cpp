@@ -67,7 +67,7 @@ TableRows readXmlRows(const QByteArray &xml)
 {
     QXmlStreamReader reader(xml);
     reader.setNamespaceProcessing(false);
-    TableRows table;
+    TableRows table{.isExported = true};
     int interpolationCount = 0;
     if (reader.readNextStartElement() && reader.name() != QLatin1String("PropertyList"))
         return failed(QStringLiteral("%1: the XML is no angle table: its root is not \"PropertyList\"")
@@ -107,7 +107,7 @@ TableRows readJsonRows(const QByteArray &json)
             QStringLiteral("line 1: the JSON is no table of one scale: \"scales\" has %1 elements%2")
                 .arg(QString::number(scales.size()), hint));
     }
-    TableRows table;
+    TableRows table{.isExported = true};
     table.lastPlace = QStringLiteral("\"points\"");
     for (const QJsonValue &element : scales.first().toObject().value(QLatin1String("points")).toArray()) {
         const QJsonArray point = element.toArray();

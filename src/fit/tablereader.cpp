@@ -31,14 +31,62 @@ QString sortRows(QList<TableRow> &rows)
     return {};
 }
 
-/// Slopes between values that hardly differ would overflow or be rounding errors.
-QString checkDistances(const QList<TableRow> &rows)
+/// The smallest distance between values for which a slope is no rounding error.
+double minDistance(const QList<TableRow> &rows)
 {
-    constexpr double minDistance = 1e-12; // times the largest value, if that is above 1
-    const double size = std::max({1.0, std::abs(rows.constFirst().value), std::abs(rows.constLast().value)});
+    return 1e-12 * std::max({1.0, std::abs(rows.constFirst().value), std::abs(rows.constLast().value)});
+}
+
+bool isJump(const TableRow &before, const TableRow &after, double distance)
+{
+    return after.value - before.value < distance;
+}
+
+/// Whether the angles rise (positive) or fall (negative) from the first to the last row. 0 when all are the
+/// same.
+double directionOf(const QList<TableRow> &rows)
+{
+    double direction = rows.constLast().reading - rows.constFirst().reading;
+    for (qsizetype row = 1; row < rows.size() && direction == 0.0; ++row)
+        direction = rows.at(row).reading - rows.at(row - 1).reading;
+    return direction;
+}
+
+/// Exported tables depart from their scale by up to 0.1 degrees, so that they may turn back by twice as much.
+/// Makes these parts flat.
+void flattenTurns(QList<TableRow> &rows)
+{
+    constexpr double maxTurn = 0.2; // degrees
+    const double direction = directionOf(rows);
+    for (qsizetype row = 1; row < rows.size(); ++row) {
+        const double step = rows.at(row).reading - rows.at(row - 1).reading;
+        if (step * direction < 0.0 && std::abs(step) <= maxTurn)
+            rows[row].reading = rows.at(row - 1).reading;
+    }
+}
+
+/// Exported tables have two points at a jump, which are as close together as doubles can be. Removes the
+/// second point where only rounding errors are between the angles of both.
+void removeRounding(QList<TableRow> &rows)
+{
+    constexpr double rounding = 1e-9; // degrees
+    const double distance = minDistance(rows);
+    const auto isSame = [distance](const TableRow &before, const TableRow &after) {
+        return isJump(before, after, distance) && std::abs(after.reading - before.reading) <= rounding;
+    };
+    rows.erase(std::unique(rows.begin(), rows.end(), isSame), rows.end());
+}
+
+/// Returns the first fault where values are close to each other. Where the angle may not jump, the slope
+/// would be a rounding error; a jump can be so steep that its slope overflows.
+QString checkDistances(const TableRows &table)
+{
+    constexpr double minJump = 1e-290;
+    const QList<TableRow> &rows = table.rows;
+    const double distance = table.isExported ? minJump : minDistance(rows);
     for (qsizetype row = 1; row < rows.size(); ++row) {
         const TableRow &after = rows.at(row);
-        if (after.value - rows.at(row - 1).value < minDistance * size)
+        if (isJump(rows.at(row - 1), after, distance))
             return QStringLiteral("%1: the value %2 is too close to that at %3")
                 .arg(after.place, QString::number(after.value, 'g', 17), rows.at(row - 1).place);
     }
@@ -47,19 +95,19 @@ QString checkDistances(const QList<TableRow> &rows)
 
 QString checkDirection(const QList<TableRow> &rows)
 {
-    const auto step = [&rows](qsizetype row) { return rows.at(row).reading - rows.at(row - 1).reading; };
-    double direction = rows.constLast().reading - rows.constFirst().reading;
-    for (qsizetype row = 1; row < rows.size() && direction == 0.0; ++row)
-        direction = step(row);
+    const double direction = directionOf(rows);
     if (direction == 0.0)
         return QStringLiteral("%1: all angles are the same").arg(rows.constLast().place);
     for (qsizetype row = 1; row < rows.size(); ++row) {
-        if (step(row) * direction < 0.0) {
-            const TableRow &after = rows.at(row);
-            const TableRow &before = rows.at(row - 1);
-            return QStringLiteral("%1: the angles turn back, from %2 at the value %3 to %4 at %5")
+        const TableRow &after = rows.at(row);
+        const TableRow &before = rows.at(row - 1);
+        if ((after.reading - before.reading) * direction < 0.0) {
+            const QString hint = isJump(before, after, minDistance(rows))
+                                     ? QStringLiteral(", where layers meet; remove one of both points")
+                                     : QString();
+            return QStringLiteral("%1: the angles turn back, from %2 at the value %3 to %4 at %5%6")
                 .arg(after.place, numberText(before.reading), numberText(before.value),
-                     numberText(after.reading), numberText(after.value));
+                     numberText(after.reading), numberText(after.value), hint);
         }
     }
     return {};
@@ -75,7 +123,11 @@ QString checkRows(TableRows &table)
             .arg(table.lastPlace,
                  table.rows.isEmpty() ? QStringLiteral("no point") : QStringLiteral("one point"));
     }
-    failure = checkDistances(table.rows);
+    if (table.isExported) {
+        flattenTurns(table.rows);
+        removeRounding(table.rows);
+    }
+    failure = checkDistances(table);
     return failure.isEmpty() ? checkDirection(table.rows) : failure;
 }
 

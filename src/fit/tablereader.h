@@ -27,7 +27,8 @@ inline constexpr double maxTableNumber = 1e15;
 /// Angle tables in XML and JSON are read too.
 ///
 /// Points may be in any order. Refuses tables that give no monotone curve, and numbers that are not finite,
-/// larger than maxTableNumber, or too close to each other for a slope.
+/// larger than maxTableNumber, or too close to each other for a slope. In XML and JSON, values as close as
+/// doubles can be are a jump of the angle, and angles that turn back by at most 0.2 degrees are made flat.
 [[nodiscard]] MeasuredTable readTable(const QByteArray &bytes);
 
 #endif

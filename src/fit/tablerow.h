@@ -19,6 +19,8 @@ struct TableRows
     QList<TableRow> rows = {};
     QString lastPlace = {}; ///< Where the file ends.
     QString failure = {};   ///< The first fault, with its place. Empty when all rows were read.
+    /// Whether it has the form of an exported table, whose angles may jump.
+    bool isExported = false;
 };
 
 /// Reads one number. Empty failure, or what is wrong with it.

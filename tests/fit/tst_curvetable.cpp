@@ -115,6 +115,9 @@ void tst_CurveTable::departsByTheBound_data()
         row("a step of 300 degrees", withStep(200, 300.0), ScaleCurve::Kind::Smooth, 199.0);
         row("many turns", {{0.0, 0.0}, {1.0, 100.0}, {2.0, 30'000.0}}, ScaleCurve::Kind::Smooth, 2.0);
     }
+    const Points jump{{0.0, 0.0}, {1.0, 10.0}, {std::nextafter(1.0, 2.0), 40.0}, {2.0, 50.0}};
+    QTest::newRow("a jump, json") << jump << ScaleCurve::Kind::Smooth << 2.0 << u"json"_s << 0.1;
+    QTest::newRow("a jump, xml") << jump << ScaleCurve::Kind::Straight << 2.0 << u"xml"_s << 0.1;
     QTest::newRow("a step between 20,000 points")
         << withStep(20'000, 90.0) << ScaleCurve::Kind::Smooth << 19'999.0 << u"json"_s << 0.1;
 }

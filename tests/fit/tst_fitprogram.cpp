@@ -196,6 +196,8 @@ void tst_FitProgram::namesTheFileAndTheFault_data()
         "--labels and --step cannot be given together\nSee corvalence-fit --help.");
     row("line.csv --step 0.01",
         "line.csv: --step 0.01 gives no label or more than 1000 within the points, which go from 0 to 100");
+    row("narrow.json",
+        "narrow.json: no round labels lie within the points, which go from 1 to 1 (--labels names others)");
     row("line.csv --labels 0,0.25,100 --decimals 1",
         "line.csv: the labels need 2 decimals, more than --decimals 1 writes");
     row("line.csv --range red:50:200", "line.csv: the range from 50 to 200 goes beyond the points, which go "
@@ -220,6 +222,7 @@ void tst_FitProgram::namesTheFileAndTheFault()
     write(u"large.csv"_s, QByteArray(1024 * 1024 + 1, '#'));
     write(u"bad.csv"_s, "0,0\n1,2\n1,3\n");
     write(u"turns.csv"_s, "0,0\n1,1e6\n");
+    write(u"narrow.json"_s, R"({"scales": [{"points": [[1, 0], [1.0000000000000002, 90]]}]})");
     gaugeLayer look{u"Look"_s, {}};
     write(u"s.gauge"_s, gaugeFile::write({look}));
     look.data.divisionCount[0] = 2'000'000'000;

@@ -1,8 +1,14 @@
+#include "fit/scalecurve.h"
 #include "fit/tablereader.h"
+#include "model/gaugedata.h"
+#include "render/angletable.h"
+#include "render/angletablefiles.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
 #include <QTest>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +22,8 @@ private Q_SLOTS:
 
     void readsTables_data();
     void readsTables();
+    void readsExportedTables_data();
+    void readsExportedTables();
     void refusesFaults_data();
     void refusesFaults();
 };
@@ -80,6 +88,66 @@ void tst_TableReader::readsTables()
     QCOMPARE(table.points, points);
 }
 
+void tst_TableReader::readsExportedTables_data()
+{
+    QTest::addColumn<QList<gaugeData>>("layers");
+    gaugeData scale;
+    scale.startAngle = -120.0;
+    scale.angleLength = 240.0;
+    scale.divisionCount[0] = 10;
+    scale.tickCountStart = 5.0;
+    scale.tickCountIncrement = 10.0;
+    for (const double bias : {0.001, 0.3, 0.5, 0.999}) {
+        for (const bool midpoint : {false, true}) {
+            scale.bias = bias;
+            scale.midpointBias = midpoint;
+            QTest::addRow("bias %g%s", bias, midpoint ? " of the midpoint" : "") << QList<gaugeData>{scale};
+        }
+    }
+    scale.bias = 0.001;
+    scale.midpointBias = false;
+    scale.tickCountStart = 0.0;
+    QTest::newRow("a jump at 0") << QList<gaugeData>{scale};
+    scale.bias = 0.5;
+    gaugeData next = scale;
+    next.tickCountStart = 100.0;
+    next.startAngle = 120.0;
+    QTest::newRow("layers that meet") << QList<gaugeData>{scale, next};
+    next.startAngle = 120.0 + 1e-13;
+    QTest::newRow("layers that meet but for rounding") << QList<gaugeData>{scale, next};
+    next.startAngle = 120.0 - 1e-13;
+    QTest::newRow("layers that overlap by rounding") << QList<gaugeData>{scale, next};
+    next.startAngle = 119.85;
+    QTest::newRow("layers that overlap a little") << QList<gaugeData>{scale, next};
+    next.startAngle = 120.5;
+    QTest::newRow("layers that are apart") << QList<gaugeData>{scale, next};
+}
+
+void tst_TableReader::readsExportedTables()
+{
+    QFETCH(const QList<gaugeData>, layers);
+    AngleTable table;
+    table.points = joinedTablePoints(layers, table.maxError);
+    QVERIFY(table.points.size() >= 2);
+    for (const QByteArray &file :
+         {angleTableXml(u"Gauge"_s, table), "{\"scales\": [" + angleTableJson(table) + "]}"}) {
+        const MeasuredTable read = readTable(file);
+        QCOMPARE(read.failure, QString());
+        for (const auto kind : {ScaleCurve::Kind::Smooth, ScaleCurve::Kind::Straight}) {
+            const ScaleCurve curve(read.points, kind);
+            for (const QPointF &point : std::as_const(table.points))
+                QVERIFY(std::abs(curve.angle(point.x()) - point.y()) < 2.0 * table.maxError);
+            double before = table.points.constFirst().y();
+            for (int i = 0; i <= 1000; ++i) {
+                const double angle =
+                    curve.angle(curve.minValue() * (1.0 - i / 1000.0) + curve.maxValue() * (i / 1000.0));
+                QVERIFY(angle >= before - 1e-9);
+                before = angle;
+            }
+        }
+    }
+}
+
 void tst_TableReader::refusesFaults_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -118,6 +186,12 @@ void tst_TableReader::refusesFaults_data()
         u"line 2: the angles turn back, from 7 at the value 5 to 4 at 9"_s);
     row("angles come back", "0,1\n1,2\n2,1\n",
         u"line 3: the angles turn back, from 2 at the value 1 to 1 at 2"_s);
+    row("layers that overlap", jsonTable("[[0, 1], [5, 4.4], [5.000000000000001, 4], [9, 8]]"),
+        u"point 3: the angles turn back, from 4.4 at the value 5 to 4 at 5, where layers meet; remove one of "
+        u"both "
+        "points"_s);
+    row("a jump too steep", jsonTable("[[0, 1], [1e-300, 2]]"),
+        u"point 2: the value 1e-300 is too close to that at point 1"_s);
     row("all angles the same", "0,1\n5,1\n", u"line 2: all angles are the same"_s);
     row("NUL", QByteArray("0,1\n1,\0", 8) + "2\n", u"line 2: a NUL byte, which is no text"_s);
     for (const QByteArray &mark : {QByteArray("\xff\xfe"), QByteArray("\xfe\xff")})
