@@ -173,7 +173,7 @@ bool parseNumber(const QString &text, double &number)
 
 QString FitOptionsReader::fileName(const QCommandLineOption &option)
 {
-    const QString name = nativeName(valueOf(option));
+    QString name = nativeName(valueOf(option));
     if (isSet(option) && name.isEmpty())
         refuse(QStringLiteral("--%1 needs the name of a file").arg(option.names().constLast()));
     return name;

@@ -44,9 +44,8 @@ QString readCurve(const FitOptions &options, std::optional<ScaleCurve> &curve)
 {
     constexpr double maxAngle = 36'000.0;
     QByteArray bytes;
-    const QString reason = options.table == standardStream
-                               ? readStandardInput(maxTableSize, bytes)
-                               : readInputFile(options.table, maxTableSize, bytes);
+    QString reason = options.table == standardStream ? readStandardInput(maxTableSize, bytes)
+                                                     : readInputFile(options.table, maxTableSize, bytes);
     if (!reason.isEmpty())
         return reason;
     MeasuredTable table = readTable(bytes);

@@ -77,13 +77,14 @@ QString takeLayers(const QString &wanted, ScalePlace &place)
     if (rows.isEmpty() || !unknown.isNull())
         return describeUnknownLayer(unknown, place.layers);
     std::ranges::sort(rows);
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
 
+    QList<gaugeLayer> kept;
     QList<gaugeLayer> replaced;
-    for (const qsizetype row : std::as_const(rows))
-        replaced.append(place.layers.at(row));
-    for (auto row = rows.crbegin(); row != rows.crend(); ++row)
-        place.layers.removeAt(*row);
+    for (qsizetype row = 0; row < place.layers.size(); ++row) {
+        const bool isReplaced = std::binary_search(rows.cbegin(), rows.cend(), row);
+        (isReplaced ? replaced : kept).append(place.layers.at(row));
+    }
+    place.layers = kept;
     place.row = rows.constFirst();
 
     // Circles are a disc or a rim, and stay. Other arcs mark values, which have another place now.

@@ -39,9 +39,9 @@ bool resemblesNumber(const QString &text)
     if (readTableNumber(text, number).isEmpty())
         return true;
     const QString lower = text.toLower();
-    const auto start = std::ranges::find_if_not(
+    const auto *const start = std::ranges::find_if_not(
         lower, [](QChar c) { return c == u'+' || c == u'-' || c == u'.' || c == u',' || c == u'"'; });
-    const QString rest = lower.sliced(start - lower.begin());
+    const QString rest = lower.sliced(start - lower.constBegin());
     return (!rest.isEmpty() && rest.front().isDigit()) || rest == QLatin1String("nan") ||
            rest.startsWith(QLatin1String("inf"));
 }

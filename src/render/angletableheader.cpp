@@ -2,6 +2,8 @@
 #include "render/angletablefiles.h"
 #include "render/cnames.h"
 
+#include <QLatin1StringView>
+
 #include <algorithm>
 #include <cmath>
 
@@ -77,7 +79,7 @@ QByteArray arrayElements(const QList<qint64> &numbers)
     return elements + "\n};\n";
 }
 
-constexpr char functionBody[] = R"({
+constexpr QLatin1StringView functionBody(R"({
     int first = 0;
     int last = @LAST@;
     int64_t span, rise, part;
@@ -98,7 +100,7 @@ constexpr char functionBody[] = R"({
     part += part < 0 ? -span : span;
     return (int32_t)(@NAME@_angles[first] + part / (2 * span));
 }
-)";
+)");
 
 QByteArray tableCode(const QByteArray &prefix, const AngleTable &table)
 {
@@ -112,7 +114,7 @@ QByteArray tableCode(const QByteArray &prefix, const AngleTable &table)
     const bool needs64Bits = largestValue(table) * std::pow(10.0, decimalCount) > 2e9;
     const QByteArray type = needs64Bits ? "int64_t" : "int32_t";
     const QByteArray unit = "1" + QByteArray(decimalCount, '0');
-    QByteArray body = functionBody;
+    QByteArray body(functionBody.data(), functionBody.size());
     body.replace("@NAME@", prefix).replace("@LAST@", QByteArray::number(table.points.size() - 1));
     // 64-bit constants need no suffix: an integer literal has the first type that holds it.
     return "\n/* The scale " + commentText(table.name) + ": from " +
