@@ -254,7 +254,7 @@ void FitOptionsReader::readLabels()
         m_options.labels.append(label);
     }
     std::ranges::sort(m_options.labels);
-    const auto twice = std::ranges::adjacent_find(m_options.labels);
+    const auto twice = std::ranges::adjacent_find(std::as_const(m_options.labels));
     if (twice != m_options.labels.cend())
         refuse(QStringLiteral("--labels lists %1 twice").arg(*twice));
     if (m_options.labels.size() > maxLabelCount)

@@ -109,7 +109,8 @@ TableRows readJsonRows(const QByteArray &json)
     }
     TableRows table{.isExported = true};
     table.lastPlace = QStringLiteral("\"points\"");
-    for (const auto &element : scales.first().toObject().value(QLatin1String("points")).toArray()) {
+    const QJsonArray points = scales.first().toObject().value(QLatin1String("points")).toArray();
+    for (const auto &element : points) {
         const QJsonArray point = element.toArray();
         TableRow row;
         row.place = QStringLiteral("point %1").arg(table.rows.size() + 1);

@@ -27,7 +27,7 @@ QString sortRows(QList<TableRow> &rows)
         }
     }
     const auto isRepeated = [](const TableRow &a, const TableRow &b) { return a.value == b.value; };
-    rows.erase(std::unique(rows.begin(), rows.end(), isRepeated), rows.end());
+    rows.resize(std::unique(rows.begin(), rows.end(), isRepeated) - rows.begin());
     return {};
 }
 
@@ -74,7 +74,7 @@ void removeRounding(QList<TableRow> &rows)
     const auto isSame = [distance](const TableRow &before, const TableRow &after) {
         return isJump(before, after, distance) && std::abs(after.reading - before.reading) <= rounding;
     };
-    rows.erase(std::unique(rows.begin(), rows.end(), isSame), rows.end());
+    rows.resize(std::unique(rows.begin(), rows.end(), isSame) - rows.begin());
 }
 
 /// Returns the first fault where values are close to each other. Where the angle may not jump, the slope

@@ -34,7 +34,7 @@ QString findNeedle(const NeedleChoice &needle, const QList<gaugeLayer> &layers, 
     if (rows.isEmpty() || !unknown.isNull())
         return describeUnknownLayer(unknown, layers);
     std::sort(rows.begin(), rows.end());
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    rows.resize(std::unique(rows.begin(), rows.end()) - rows.begin());
     found.first = rows.constFirst();
     found.count = rows.size();
     for (qsizetype i = 0; i < rows.size(); ++i) {
