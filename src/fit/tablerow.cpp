@@ -13,7 +13,8 @@ namespace {
 QString quoted(const QString &text)
 {
     constexpr qsizetype maxSize = 30;
-    return QStringLiteral("\"%1\"").arg(text.size() > maxSize ? text.first(maxSize) + u'…' : text);
+    const QString line = text.simplified(); // without the line breaks that XML can have in a number
+    return QStringLiteral("\"%1\"").arg(line.size() > maxSize ? line.first(maxSize) + u'…' : line);
 }
 
 QStringList columnsOf(const QString &line)

@@ -209,6 +209,9 @@ void tst_TableReader::refusesFaults_data()
     row("XML with a text",
         xmlTable("<interpolation><entry><ind>1</ind><dep>two</dep></entry></interpolation>"),
         u"line 3: \"two\" is not a number"_s);
+    row("XML with a line break in a number",
+        xmlTable("<interpolation><entry><ind>1\n2</ind><dep>2</dep></entry></interpolation>"),
+        u"line 3: \"1 2\" is not a number"_s);
     row("JSON without scales", "{}",
         u"line 1: the JSON is no table of one scale: \"scales\" has 0 elements"_s);
     row("JSON of two scales", "{\"scales\": [{}, {}]}",
