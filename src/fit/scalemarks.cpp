@@ -20,11 +20,11 @@ double rounded(double label)
 
 QList<double> steppedLabels(double min, double max, double step)
 {
+    if (!std::isfinite(min) || !std::isfinite(max) || !std::isfinite(step) || step <= 0.0)
+        return {};
     const double first = std::ceil(min / step - tolerance);
     const double last = std::floor(max / step + tolerance);
-    // Not true for NaN either.
-    const bool valid = std::isfinite(min) && std::isfinite(max) && std::isfinite(step) && step > 0.0 &&
-                       last >= first && last - first < maxLabelCount;
+    const bool valid = last >= first && last - first < maxLabelCount; // not true for NaN
     if (!valid)
         return {};
 

@@ -28,9 +28,14 @@ struct EdgePoint
     qsizetype next; ///< The index of the first vertex of the strip to the right of the point.
 };
 
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+/// The slope of the line through two points. Infinite where one is above the other.
 double slope(const QPointF &left, const QPointF &right)
 {
-    return (right.y() - left.y()) / (right.x() - left.x());
+    const double height = right.y() - left.y();
+    const double width = right.x() - left.x();
+    return width == 0.0 ? std::copysign(infinity, height) : height / width;
 }
 
 /// The y of the straight line between two points. Not by its slope, which can be infinite.
@@ -71,7 +76,7 @@ public:
     [[nodiscard]] double tangentSlope(const QPointF &point)
     {
         if (m_points.isEmpty())
-            return -m_outwards * std::numeric_limits<double>::infinity();
+            return -m_outwards * infinity;
         double tangent = slope(m_points.at(m_first).position, point);
         while (m_first + 1 < m_points.size()) {
             const double next = slope(m_points.at(m_first + 1).position, point);
@@ -138,7 +143,7 @@ struct Link
 
 /// The lines through a part of the strip. All are between the steepest upwards, which is limited by the upper
 /// edge on its right, and the steepest downwards, which is limited by the lower edge on its right.
-class LinesOfSight
+class LinesThroughStrip
 {
 public:
     /// Adds the next point of an edge, to the right of all others of the opposite edge.
@@ -175,7 +180,6 @@ private:
             line = {point, m_hulls[opposite(side)].tangentSlope(point.position)};
     }
 
-    static constexpr double infinity = std::numeric_limits<double>::infinity();
     std::array<Hull, 2> m_hulls{Hull(Lower), Hull(Upper)};
     std::array<Line, 2> m_steepest{Line{{}, -infinity}, Line{{}, infinity}};
 };
@@ -184,7 +188,7 @@ private:
 QList<Link> linksThrough(const Strip &strip)
 {
     QList<Link> links;
-    LinesOfSight lines;
+    LinesThroughStrip lines;
     lines.append(strip.vertex(Lower, 0), strip.vertex(Upper, 0));
     for (qsizetype index = 1; index <= strip.last(); ++index) {
         for (const Side side : {Lower, Upper}) {
@@ -217,6 +221,8 @@ QList<Link> linksThrough(const Strip &strip)
 
 double crossing(const Link &link, const Line &next)
 {
+    if (link.line.slope == next.slope)
+        return link.exit;
     const double begin = link.line.touch.position.x();
     const double x = begin + (next.at(begin) - link.line.touch.position.y()) / (link.line.slope - next.slope);
     return std::isnan(x) ? link.exit : std::clamp(x, std::min(begin, link.exit), link.exit);
