@@ -25,7 +25,7 @@ private Q_SLOTS:
     void departsByAtMostTheError();
     void hasTheFewestPoints();
     void straightScalesHaveTwoPoints();
-    void jumpsTakeNeighbouringValues();
+    void jumpsTakeAdjacentValues();
     void valuesAscend();
     void noScale_data();
     void noScale();
@@ -87,7 +87,7 @@ double distance(double angle, const gaugeData &layer, double position)
         one = std::max(std::nextafter(one, -infinity), 0.0);
         other = std::min<double>(std::nextafter(other, infinity), layer.divisionCount[0]);
     }
-    const auto [min, max] = std::minmax(scaleAngle(layer, one), scaleAngle(layer, other));
+    const auto [min, max] = std::minmax({scaleAngle(layer, one), scaleAngle(layer, other)});
     return std::max({min - angle, angle - max, 0.0});
 }
 
@@ -199,7 +199,7 @@ void tst_AngleTable::straightScalesHaveTwoPoints()
     QCOMPARE(angleTablePoints(layer, 0.1), (QList<QPointF>{{0.0, 0.0}, {4.0, 360.0}}));
 }
 
-void tst_AngleTable::jumpsTakeNeighbouringValues()
+void tst_AngleTable::jumpsTakeAdjacentValues()
 {
     const QList<QPointF> atTheEnd = angleTablePoints(biased(1e-300, exponential), 0.1);
     QCOMPARE(atTheEnd.size(), 3);
