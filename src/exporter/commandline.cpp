@@ -78,7 +78,7 @@ struct OptionDefinitions
     QCommandLineOption split{
         QStringLiteral("split"),
         QStringLiteral(
-            "Split pictures into -face, -needle and -cover. The list names the neighbouring layers "
+            "Split pictures into -face, -needle and -cover. The list names the consecutive layers "
             "that make the needle, as for --layers. "
             "The needle is turned to 12 o'clock. Repeat the option for several needles."),
         QStringLiteral("list")};

@@ -75,7 +75,7 @@ struct ExportFormat
     QString (*check)(const ExportJob &job) = nullptr;
 
     bool cropsParts = false; ///< Whether pictures of parts above the face are cropped to their marks.
-    bool listsCrops = false; ///< Whether it tells where.
+    bool listsCrops = false; ///< Whether the file lists the cropped areas.
 };
 
 /// The records of layers, without their names.

@@ -18,7 +18,7 @@ namespace {
 std::atomic<bool> poolIsBlocked = false;
 
 #ifndef Q_OS_WIN
-/// How many threads a limit of the system leaves room for. At least one.
+/// How many threads a limit of the system allows. At least one.
 rlim_t threadsWithin(decltype(RLIMIT_AS) resource, rlim_t reserved, rlim_t perThread)
 {
     rlimit limit{};

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Returns the number of parts into which the curve between two neighbouring points is divided, so that
+/// Returns the number of parts into which the curve between two consecutive points is divided, so that
 /// straight lines between the parts depart from it by at most @a maxError. @a rise is the difference of their
 /// angles.
 ///

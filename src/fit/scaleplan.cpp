@@ -209,7 +209,7 @@ std::vector<ScalePiece> Planner::piecesInside(int gap) const
     const int last = markOf(gap + 1) - 1;
     for (int mark = markOf(gap) + 1; mark <= last; mark = pieces.back().last + 1) {
         ScalePiece piece = longestPiece(mark, places(mark), last);
-        // Subminor marks need a minor mark before them, or stand alone.
+        // A layer can draw subminor marks after a minor mark only; without one it draws a single mark.
         const bool followsMinor = mark % m_marks.subminor == 1 && !pieces.empty();
         if (followsMinor) {
             const ScalePiece meeting = longestPiece(mark - 1, {pieces.back().end}, last);

@@ -6,7 +6,7 @@
 /// The marks of a scale, in order, and what a layer can write at them.
 struct PlannedMarks
 {
-    /// Degrees clockwise from 12 o'clock. A label stands at every @a partsPerGap-th mark, beginning with the
+    /// Degrees clockwise from 12 o'clock. There is a label at every @a partsPerGap-th mark, beginning with the
     /// first; a minor mark at every @a subminor-th.
     std::vector<double> angles;
     int partsPerGap = 1;

@@ -40,7 +40,7 @@ QString findNeedle(const NeedleChoice &needle, const QList<gaugeLayer> &layers, 
     for (qsizetype i = 0; i < rows.size(); ++i) {
         const qsizetype expected = found.first + i;
         if (rows.at(i) != expected)
-            return QStringLiteral("The layers of a needle must be neighbours: \"%1\" lies between those of "
+            return QStringLiteral("The layers of a needle must be consecutive: \"%1\" lies between those of "
                                   "\"%2\".")
                 .arg(layers.at(expected).name, needle.layers);
     }

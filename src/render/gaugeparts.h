@@ -9,7 +9,7 @@
 
 #include <optional>
 
-/// Neighbouring layers of a gauge that are drawn as one picture.
+/// Consecutive layers of a gauge that are drawn as one picture.
 struct GaugePart
 {
     QString name; ///< "face", "needle" or "cover"; with several needles also "face-2", "needle-2".
@@ -41,7 +41,7 @@ struct NeedleChoice
 /// Splits the layers into the parts that partNames() lists. Drawn one over the other they are the whole
 /// gauge. Needles are numbered from the bottom up, whatever the order of @a needles.
 ///
-/// The layers of a needle must be neighbours, and no layer belongs to two needles. A needle is drawn at the
+/// The layers of a needle must be consecutive, and no layer belongs to two needles. A needle is drawn at the
 /// angle of the first primary tick of its first layer, at 0 when that layer has no such tick.
 [[nodiscard]] GaugeParts splitGauge(const QList<gaugeLayer> &layers, const QList<NeedleChoice> &needles);
 

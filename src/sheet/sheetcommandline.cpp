@@ -282,8 +282,9 @@ void SheetOptionsReader::readPaper()
     readMargins();
     m_options.paper.gap = readLength(m_definitions.gap, m_options.paper.gap, 0.0);
     if (!dialArea(m_options.paper).isValid()) {
-        refuse(QStringLiteral("the paper has no room for dials and the rule, which needs 102 mm in width and "
-                              "10 mm in height between the margins"));
+        refuse(
+            QStringLiteral("the paper is too small for dials and the rule, which needs 102 mm in width and "
+                           "10 mm in height between the margins"));
     }
 }
 
@@ -351,7 +352,7 @@ void SheetOptionsReader::readContact()
             refuse(QStringLiteral("--contact sets the size of the dials; FILE=MM cannot be given too"));
     }
     if (contactCell(m_options.paper, m_options.contactColumns).side < minDial)
-        refuse(QStringLiteral("the paper has no room for %1 columns").arg(m_options.contactColumns));
+        refuse(QStringLiteral("the paper is too small for %1 columns").arg(m_options.contactColumns));
 }
 
 void SheetOptionsReader::readOtherOptions()

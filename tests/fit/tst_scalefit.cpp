@@ -362,7 +362,7 @@ void tst_ScaleFit::dividesAGap()
 void tst_ScaleFit::dividesAGapWithSubminorMarks()
 {
     const QList<gaugeLayer> layers = layersOf(twoSteps, marksAt({0.0, 1.0}, 10, 2));
-    // The subminor marks beside the labels stand alone.
+    // The subminor marks beside the labels are in layers of a single mark.
     QCOMPARE(layers.size(), 8);
     QCOMPARE(layers.at(1).name, u"Scale 0.05"_s);
     QCOMPARE(layers.at(2).name, u"Scale 0.1 to 0.3"_s);

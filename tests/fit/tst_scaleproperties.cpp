@@ -18,7 +18,7 @@ constexpr int usualTables = 1000;
 constexpr uint64_t firstSeed = 1;
 
 /// A table and what is asked for.
-struct Wish
+struct FitRequest
 {
     QList<QPointF> points;
     ScaleCurve::Kind kind = ScaleCurve::Kind::Smooth;
@@ -72,89 +72,89 @@ QList<double> randomLabels(Random &random, double min, double max)
     return {values.cbegin(), values.cend()};
 }
 
-Wish randomWish(Random &random)
+FitRequest randomRequest(Random &random)
 {
-    Wish wish;
-    wish.points = randomPoints(random);
-    wish.kind = random.oneIn(4) ? ScaleCurve::Kind::Straight : ScaleCurve::Kind::Smooth;
-    wish.marks.labels = randomLabels(random, wish.points.first().x(), wish.points.last().x());
-    wish.marks.minor = random.oneIn(3) ? 1 : random.between(2, 6);
-    wish.marks.subminor = wish.marks.minor == 1 || random.oneIn(2) ? 1 : random.between(2, 4);
-    wish.marks.decimals = labelDecimals(wish.marks.labels);
-    wish.marks.withoutSign = random.oneIn(4);
-    wish.maxError = random.oneIn(2) ? 0.25 : magnitude(random, 0.001, 3.0);
-    return wish;
+    FitRequest request;
+    request.points = randomPoints(random);
+    request.kind = random.oneIn(4) ? ScaleCurve::Kind::Straight : ScaleCurve::Kind::Smooth;
+    request.marks.labels = randomLabels(random, request.points.first().x(), request.points.last().x());
+    request.marks.minor = random.oneIn(3) ? 1 : random.between(2, 6);
+    request.marks.subminor = request.marks.minor == 1 || random.oneIn(2) ? 1 : random.between(2, 4);
+    request.marks.decimals = labelDecimals(request.marks.labels);
+    request.marks.withoutSign = random.oneIn(4);
+    request.maxError = random.oneIn(2) ? 0.25 : magnitude(random, 0.001, 3.0);
+    return request;
 }
 
 /// Returns what is wrong with the scale that is made, or an empty string.
-QString faultOf(const Wish &wish)
+QString faultOf(const FitRequest &request)
 {
-    const ScaleCurve curve(wish.points, wish.kind);
-    const ScaleFit fit = fitScale(curve, wish.marks, wish.maxError, rankedLook());
+    const ScaleCurve curve(request.points, request.kind);
+    const ScaleFit fit = fitScale(curve, request.marks, request.maxError, rankedLook());
     if (!fit.failure.isEmpty())
         return fit.failure;
-    return faultOfDrawnScale(fit.layers, curve, wish.marks, wish.maxError);
+    return faultOfDrawnScale(fit.layers, curve, request.marks, request.maxError);
 }
 
 /// Returns simpler wishes: with fewer points or labels, or without divisions.
-QList<Wish> simplerWishes(const Wish &wish)
+QList<FitRequest> simplerRequests(const FitRequest &request)
 {
-    QList<Wish> simpler;
-    const qsizetype count = wish.points.size();
+    QList<FitRequest> simpler;
+    const qsizetype count = request.points.size();
     for (qsizetype length = count / 2; length > 0; length /= 2) {
         for (qsizetype from = 0; from + length <= count && count - length >= 2; from += length) {
-            simpler.append(wish);
+            simpler.append(request);
             simpler.last().points.remove(from, length);
         }
     }
-    for (qsizetype i = 0; i < wish.marks.labels.size() && wish.marks.labels.size() > 1; ++i) {
-        simpler.append(wish);
+    for (qsizetype i = 0; i < request.marks.labels.size() && request.marks.labels.size() > 1; ++i) {
+        simpler.append(request);
         simpler.last().marks.labels.removeAt(i);
     }
-    if (wish.marks.subminor > 1) {
-        simpler.append(wish);
+    if (request.marks.subminor > 1) {
+        simpler.append(request);
         simpler.last().marks.subminor = 1;
-    } else if (wish.marks.minor > 1) {
-        simpler.append(wish);
+    } else if (request.marks.minor > 1) {
+        simpler.append(request);
         simpler.last().marks.minor = 1;
     }
     // Without the points at the ends, some labels are beyond the curve.
-    simpler.removeIf([](const Wish &smaller) {
+    simpler.removeIf([](const FitRequest &smaller) {
         return smaller.points.first().x() > smaller.marks.labels.first() ||
                smaller.points.last().x() < smaller.marks.labels.last();
     });
     return simpler;
 }
 
-/// Returns the simplest wish that also fails.
-Wish shrunk(Wish wish)
+/// Returns the simplest request that also fails.
+FitRequest shrunk(FitRequest request)
 {
     for (;;) {
-        const QList<Wish> simpler = simplerWishes(wish);
+        const QList<FitRequest> simpler = simplerRequests(request);
         const auto failing = std::find_if(simpler.cbegin(), simpler.cend(),
-                                          [](const Wish &other) { return !faultOf(other).isEmpty(); });
+                                          [](const FitRequest &other) { return !faultOf(other).isEmpty(); });
         if (failing == simpler.cend())
-            return wish;
-        wish = *failing;
+            return request;
+        request = *failing;
     }
 }
 
-QString description(const Wish &wish)
+QString description(const FitRequest &request)
 {
     QString text;
-    for (const QPointF &point : wish.points)
+    for (const QPointF &point : request.points)
         text += u"%1,%2\n"_s.arg(point.x(), 0, 'g', 17).arg(point.y(), 0, 'g', 17);
     QStringList labels;
-    for (const double label : wish.marks.labels)
+    for (const double label : request.marks.labels)
         labels.append(QString::number(label, 'g', 17));
     return text +
            u"%1 labels %2, minor %3, subminor %4, decimals %5, %6, max-error %7"_s
-               .arg(wish.kind == ScaleCurve::Kind::Smooth ? u"smooth"_s : u"straight"_s, labels.join(u','))
-               .arg(wish.marks.minor)
-               .arg(wish.marks.subminor)
-               .arg(wish.marks.decimals)
-               .arg(wish.marks.withoutSign ? u"without sign"_s : u"with sign"_s)
-               .arg(wish.maxError);
+               .arg(request.kind == ScaleCurve::Kind::Smooth ? u"smooth"_s : u"straight"_s, labels.join(u','))
+               .arg(request.marks.minor)
+               .arg(request.marks.subminor)
+               .arg(request.marks.decimals)
+               .arg(request.marks.withoutSign ? u"without sign"_s : u"with sign"_s)
+               .arg(request.maxError);
 }
 
 } // namespace
@@ -182,10 +182,10 @@ void tst_ScaleProperties::allMarksAreOnTheCurve()
     const auto count = static_cast<uint64_t>(isNumber ? tables : usualTables);
     for (uint64_t seed = first; seed < first + count; ++seed) {
         Random random(seed);
-        const Wish wish = randomWish(random);
-        if (faultOf(wish).isEmpty())
+        const FitRequest request = randomRequest(random);
+        if (faultOf(request).isEmpty())
             continue;
-        const Wish simplest = shrunk(wish);
+        const FitRequest simplest = shrunk(request);
         QFAIL(qPrintable(u"seed %1: %2\n%3"_s.arg(seed).arg(faultOf(simplest), description(simplest))));
     }
 }

@@ -127,7 +127,7 @@ void tst_GaugeParts::failures_data()
     QTest::addColumn<QString>("named");
     QTest::newRow("unknown") << QStringList{u"Needle"_s} << u"no layer \"Needle\""_s;
     QTest::newRow("no layer begins so") << QStringList{u"Needle*"_s} << u"no layer \"Needle*\""_s;
-    QTest::newRow("not neighbours") << QStringList{u"Hour,Minute"_s} << u"\"Date\" lies between"_s;
+    QTest::newRow("not consecutive") << QStringList{u"Hour,Minute"_s} << u"\"Date\" lies between"_s;
     QTest::newRow("in two needles") << QStringList{u"Minute*"_s, u"Minute tip"_s} << u"\"Minute tip\""_s;
     QTest::newRow("the same needle twice") << QStringList{u"Hour"_s, u"2"_s} << u"\"Hour\""_s;
     QTest::newRow("empty") << QStringList{QString()} << u"no layer \"\""_s;

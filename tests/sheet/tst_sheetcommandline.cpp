@@ -79,11 +79,11 @@ void tst_SheetCommandLine::refusesWrongUsage_data()
            {u"big"_s, u"-8"_s, u"8@"_s, u"8@1"_s});
     values(u"--tick-limit"_s, u"a whole number from 1 to 18446744073709551615"_s, {u"0"_s});
     values(u"--input-limit"_s, u"a whole number from 1 to 1024"_s, {u"1025"_s});
-    rows(u"the paper has no room for dials and the rule, which needs 102 mm in width and 10 mm in height "
+    rows(u"the paper is too small for dials and the rule, which needs 102 mm in width and 10 mm in height "
          u"between the margins"_s,
          {"-o x.pdf --paper 111x300 a", "-o x.pdf --paper 300x20 a", "-o x.pdf --margins 150 a"});
     rows(u"--columns needs --contact"_s, {"-o x.pdf --columns 3 a"});
-    rows(u"the paper has no room for 100 columns"_s, {"-o x.pdf --contact --columns 100 a"});
+    rows(u"the paper is too small for 100 columns"_s, {"-o x.pdf --contact --columns 100 a"});
     for (const QByteArray option : {"mm 5", "mm-of rim", "cut-circles", "cut-marks", "centre-cross",
                                     "drill 3@0,0", "hole 3", "mirror", "caption"}) {
         rows(u"--contact sets the size of the dials; --%1 cannot be given too"_s.arg(

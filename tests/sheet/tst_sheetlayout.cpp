@@ -11,7 +11,7 @@ QRectF square(double side)
     return {-side / 2.0, -side / 2.0, side, side};
 }
 
-/// Paper without margins and gap, with room for dials of this size above the rule.
+/// Paper without margins and gap, on which dials of this size fit above the rule.
 SheetPaper paperFor(double width, double height)
 {
     const SheetPaper empty{QSizeF(width, height), {}, 0.0};
@@ -41,7 +41,7 @@ private Q_SLOTS:
     void anExactFitIsAFit();
     void aHigherDialMovesToTheNextPage();
     void placesManySizesWithoutOverlap();
-    void knowsTheLargestDial();
+    void findsTheLargestDial();
     void contactCellsFillTheWidthOrTheHeight();
 };
 
@@ -151,7 +151,7 @@ void tst_SheetLayout::placesManySizesWithoutOverlap()
     }
 }
 
-void tst_SheetLayout::knowsTheLargestDial()
+void tst_SheetLayout::findsTheLargestDial()
 {
     DialMarks marks;
     QCOMPARE(largestDial(paperFor(200.0, 150.0), DialMeasure::Canvas, marks), 150.0);

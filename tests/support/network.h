@@ -4,7 +4,7 @@
 #include <QTcpServer>
 
 /// Keeps the update checks of a test's windows on this machine: they go to a proxy on the loopback interface
-/// that takes them and never answers. Applies to the whole program while it lives.
+/// that takes them and never answers. Applies to the whole program while it exists.
 class SilentProxy
 {
 public:
