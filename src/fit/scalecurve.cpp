@@ -41,9 +41,10 @@ std::function<double(double)> monotoneCubic(const QList<QPointF> &points)
         angles.push_back(angle);
     };
     // One more point at each end, on the line through the last two, does not change the curve between the
-    // points. Boost needs at least four points, and the caller may have only two.
-    const QPointF first = 2.0 * points.first() - points.at(1);
-    const QPointF last = 2.0 * points.last() - points.at(points.size() - 2);
+    // points. Boost needs at least four points, and the caller may have only two. The new point is twice as
+    // far away as the next one: a sum with the distance of neighbouring numbers can be rounded to the end.
+    const QPointF first = points.first() + 2.0 * (points.first() - points.at(1));
+    const QPointF last = points.last() + 2.0 * (points.last() - points.at(points.size() - 2));
     append(first.x(), first.y());
     for (const QPointF &point : points)
         append(point.x(), point.y());

@@ -5,9 +5,10 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QXmlStreamReader>
 
-#include <cmath>
+#include <utility>
 
 namespace {
 
@@ -119,10 +120,10 @@ TableRows readJsonRows(const QByteArray &json)
         }
         for (const auto &[number, value] :
              {std::pair(&row.value, point.at(0)), {&row.reading, point.at(1)}}) {
-            const QString failure = readTableNumber(QString::number(value.toDouble()), *number);
+            const QString text = QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+            const QString failure = readTableNumber(text, *number);
             if (!failure.isEmpty())
                 return failed(row.place + QLatin1String(": ") + failure);
-            *number = value.toDouble();
         }
         table.rows.append(row);
     }

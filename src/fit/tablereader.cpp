@@ -2,6 +2,8 @@
 
 #include "fit/tablerow.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <cmath>
 
@@ -52,6 +54,13 @@ double directionOf(const QList<TableRow> &rows)
     return direction;
 }
 
+/// Whether the angles turn back, where @a direction is that of the table. Compares without a product, which
+/// could be rounded to 0.
+bool turnsBack(const TableRow &before, const TableRow &after, double direction)
+{
+    return direction > 0.0 ? after.reading < before.reading : after.reading > before.reading;
+}
+
 /// Exported tables depart from their scale by up to 0.1 degrees, so that they may turn back by twice as much.
 /// Makes these parts flat.
 void flattenTurns(QList<TableRow> &rows)
@@ -59,9 +68,10 @@ void flattenTurns(QList<TableRow> &rows)
     constexpr double maxTurn = 0.2; // degrees
     const double direction = directionOf(rows);
     for (qsizetype row = 1; row < rows.size(); ++row) {
-        const double step = rows.at(row).reading - rows.at(row - 1).reading;
-        if (step * direction < 0.0 && std::abs(step) <= maxTurn)
-            rows[row].reading = rows.at(row - 1).reading;
+        const TableRow &before = rows.at(row - 1);
+        TableRow &after = rows[row];
+        if (turnsBack(before, after, direction) && std::abs(after.reading - before.reading) <= maxTurn)
+            after.reading = before.reading;
     }
 }
 
@@ -78,17 +88,19 @@ void removeRounding(QList<TableRow> &rows)
 }
 
 /// Returns the first fault where values are close to each other. Where the angle may not jump, the slope
-/// would be a rounding error; a jump can be so steep that its slope overflows.
+/// would be a rounding error; a jump can be so steep that the curve's formulas overflow or underflow.
 QString checkDistances(const TableRows &table)
 {
-    constexpr double minJump = 1e-290;
+    // The square of the distance is divided by the difference of the angles.
+    constexpr double minJump = 1e-150;
     const QList<TableRow> &rows = table.rows;
     const double distance = table.isExported ? minJump : minDistance(rows);
     for (qsizetype row = 1; row < rows.size(); ++row) {
         const TableRow &after = rows.at(row);
         if (isJump(rows.at(row - 1), after, distance))
             return QStringLiteral("%1: the value %2 is too close to that at %3")
-                .arg(after.place, QString::number(after.value, 'g', 17), rows.at(row - 1).place);
+                .arg(after.place, QString::number(after.value, 'g', QLocale::FloatingPointShortest),
+                     rows.at(row - 1).place);
     }
     return {};
 }
@@ -101,7 +113,7 @@ QString checkDirection(const QList<TableRow> &rows)
     for (qsizetype row = 1; row < rows.size(); ++row) {
         const TableRow &after = rows.at(row);
         const TableRow &before = rows.at(row - 1);
-        if ((after.reading - before.reading) * direction < 0.0) {
+        if (turnsBack(before, after, direction)) {
             const QString hint = isJump(before, after, minDistance(rows))
                                      ? QStringLiteral(", where layers meet; remove one of both points")
                                      : QString();

@@ -33,6 +33,8 @@ private Q_SLOTS:
     void twoPointsGiveALine_data() { kinds(); }
     void twoPointsGiveALine();
     void threePointsGiveACurve();
+    void pointsCanBeNeighbours_data();
+    void pointsCanBeNeighbours();
     void slopesOfTheSmoothCurve();
     void straightLines();
     void endsAtThePoints();
@@ -102,6 +104,26 @@ void tst_ScaleCurve::threePointsGiveACurve()
     // The slopes are 10, 16 (the harmonic mean of 10 and 40) and 40.
     QCOMPARE(curve.angle(0.5), 5.0 + (10.0 - 16.0) / 8.0);
     QCOMPARE(curve.angle(1.5), 30.0 + (16.0 - 40.0) / 8.0);
+}
+
+void tst_ScaleCurve::pointsCanBeNeighbours_data()
+{
+    QTest::addColumn<QList<QPointF>>("points");
+    // Numbers below a power of two are closer together than those above.
+    const QList<QPointF> rising{{0.0, 0.0}, {std::nextafter(2.0, 0.0), 10.0}, {2.0, 20.0}};
+    QList<QPointF> falling;
+    for (const QPointF &point : rising)
+        falling.prepend({-point.x(), point.y()});
+    QTest::newRow("at the end") << rising;
+    QTest::newRow("at the start") << falling;
+}
+
+void tst_ScaleCurve::pointsCanBeNeighbours()
+{
+    QFETCH(const QList<QPointF>, points);
+    const ScaleCurve curve(points);
+    for (const QPointF &point : points)
+        QCOMPARE(curve.angle(point.x()), point.y());
 }
 
 void tst_ScaleCurve::slopesOfTheSmoothCurve()

@@ -108,6 +108,20 @@ void tst_TableReader::readsExportedTables_data()
     scale.midpointBias = false;
     scale.tickCountStart = 0.0;
     QTest::newRow("a jump at 0") << QList<gaugeData>{scale};
+    // The last two values are neighbours, and the last is a power of two.
+    scale.tickCountIncrement = 1.0;
+    for (const auto &[divisions, bias] : {std::pair(4, 0.01), {8, 0.02}, {8, 0.05}}) {
+        scale.divisionCount[0] = divisions;
+        scale.bias = bias;
+        QTest::addRow("a jump at %d, bias %g", divisions, bias) << QList<gaugeData>{scale};
+    }
+    scale.divisionCount[0] = 4;
+    scale.tickCountStart = -4.0;
+    scale.bias = 0.99;
+    QTest::newRow("a jump at -4") << QList<gaugeData>{scale};
+    scale.divisionCount[0] = 10;
+    scale.tickCountStart = 0.0;
+    scale.tickCountIncrement = 10.0;
     scale.bias = 0.5;
     gaugeData next = scale;
     next.tickCountStart = 100.0;
@@ -186,12 +200,14 @@ void tst_TableReader::refusesFaults_data()
         u"line 2: the angles turn back, from 7 at the value 5 to 4 at 9"_s);
     row("angles come back", "0,1\n1,2\n2,1\n",
         u"line 3: the angles turn back, from 2 at the value 1 to 1 at 2"_s);
+    row("angles turn back by tiny numbers", "0,0\n1,2e-170\n2,1e-170\n",
+        u"line 3: the angles turn back, from 2e-170 at the value 1 to 1e-170 at 2"_s);
     row("layers that overlap", jsonTable("[[0, 1], [5, 4.4], [5.000000000000001, 4], [9, 8]]"),
         u"point 3: the angles turn back, from 4.4 at the value 5 to 4 at 5, where layers meet; remove one of "
         u"both "
         "points"_s);
-    row("a jump too steep", jsonTable("[[0, 1], [1e-300, 2]]"),
-        u"point 2: the value 1e-300 is too close to that at point 1"_s);
+    row("a jump too steep", jsonTable("[[0, 0], [1e-170, 10], [1, 30]]"),
+        u"point 2: the value 1e-170 is too close to that at point 1"_s);
     row("all angles the same", "0,1\n5,1\n", u"line 2: all angles are the same"_s);
     row("NUL", QByteArray("0,1\n1,\0", 8) + "2\n", u"line 2: a NUL byte, which is no text"_s);
     for (const QByteArray &mark : {QByteArray("\xff\xfe"), QByteArray("\xfe\xff")})
@@ -227,6 +243,8 @@ void tst_TableReader::refusesFaults_data()
         u"point 1: it is not a pair of numbers, value and angle"_s);
     row("JSON beyond the limit", jsonTable("[[0, 1], [1e16, 2]]"),
         u"point 2: \"1e+16\" is too large; numbers are limited to 1e15"_s);
+    row("JSON a little beyond the limit", jsonTable("[[0, 1], [1000000400000000, 2]]"),
+        u"point 2: \"1.0000004e+15\" is too large; numbers are limited to 1e15"_s);
 }
 
 void tst_TableReader::refusesFaults()
