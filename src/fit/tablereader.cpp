@@ -92,7 +92,7 @@ void removeRounding(QList<TableRow> &rows)
 QString checkDistances(const TableRows &table)
 {
     // The square of the distance is divided by the difference of the angles.
-    constexpr double minJump = 1e-150;
+    constexpr double minJump = 1e-155;
     const QList<TableRow> &rows = table.rows;
     const double distance = table.isExported ? minJump : minDistance(rows);
     for (qsizetype row = 1; row < rows.size(); ++row) {

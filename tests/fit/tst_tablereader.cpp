@@ -116,8 +116,9 @@ void tst_TableReader::readsExportedTables_data()
         QTest::addRow("a jump at %d, bias %g", divisions, bias) << QList<gaugeData>{scale};
     }
     scale.divisionCount[0] = 4;
-    scale.tickCountStart = -4.0;
     scale.bias = 0.99;
+    QTest::newRow("the steepest jump of the editor's form") << QList<gaugeData>{scale};
+    scale.tickCountStart = -4.0;
     QTest::newRow("a jump at -4") << QList<gaugeData>{scale};
     scale.divisionCount[0] = 10;
     scale.tickCountStart = 0.0;
