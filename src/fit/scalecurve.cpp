@@ -34,10 +34,13 @@ std::function<double(double)> straightLines(const QList<QPointF> &points)
 /// Returns the monotone cubic function through @a points.
 std::function<double(double)> monotoneCubic(const QList<QPointF> &points)
 {
+    // Boost divides squares of distances by differences of angles, which gives 0 for the distances at steep
+    // jumps. A power of two larger, they keep all their digits.
+    constexpr double factor = 0x1p300;
     std::vector<double> values;
     std::vector<double> angles;
     const auto append = [&values, &angles](double value, double angle) {
-        values.push_back(value);
+        values.push_back(factor * value);
         angles.push_back(angle);
     };
     // One more point at each end, on the line through the last two, does not change the curve between the
@@ -49,7 +52,8 @@ std::function<double(double)> monotoneCubic(const QList<QPointF> &points)
     for (const QPointF &point : points)
         append(point.x(), point.y());
     append(last.x(), last.y());
-    return boost::math::interpolators::pchip<std::vector<double>>(std::move(values), std::move(angles));
+    const boost::math::interpolators::pchip<std::vector<double>> curve(std::move(values), std::move(angles));
+    return [curve](double value) { return curve(factor * value); };
 }
 
 } // namespace

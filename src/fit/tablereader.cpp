@@ -91,8 +91,7 @@ void removeRounding(QList<TableRow> &rows)
 /// would be a rounding error; a jump can be so steep that the curve's formulas overflow or underflow.
 QString checkDistances(const TableRows &table)
 {
-    // The square of the distance is divided by the difference of the angles.
-    constexpr double minJump = 1e-155;
+    constexpr double minJump = 1e-240;
     const QList<TableRow> &rows = table.rows;
     const double distance = table.isExported ? minJump : minDistance(rows);
     for (qsizetype row = 1; row < rows.size(); ++row) {

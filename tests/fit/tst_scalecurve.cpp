@@ -116,6 +116,8 @@ void tst_ScaleCurve::pointsCanBeNeighbours_data()
         falling.prepend({-point.x(), point.y()});
     QTest::newRow("at the end") << rising;
     QTest::newRow("at the start") << falling;
+    QTest::newRow("around 0") << QList<QPointF>{
+        {0.0, 0.0}, {1e-240, 10.0}, {2e-240, 36'000.0}, {1e15, 36'001.0}};
 }
 
 void tst_ScaleCurve::pointsCanBeNeighbours()

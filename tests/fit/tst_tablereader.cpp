@@ -207,8 +207,8 @@ void tst_TableReader::refusesFaults_data()
         u"point 3: the angles turn back, from 4.4 at the value 5 to 4 at 5, where layers meet; remove one of "
         u"both "
         "points"_s);
-    row("a jump too steep", jsonTable("[[0, 0], [1e-170, 10], [1, 30]]"),
-        u"point 2: the value 1e-170 is too close to that at point 1"_s);
+    row("a jump too steep", jsonTable("[[0, 0], [1e-250, 10], [1, 30]]"),
+        u"point 2: the value 1e-250 is too close to that at point 1"_s);
     row("all angles the same", "0,1\n5,1\n", u"line 2: all angles are the same"_s);
     row("NUL", QByteArray("0,1\n1,\0", 8) + "2\n", u"line 2: a NUL byte, which is no text"_s);
     for (const QByteArray &mark : {QByteArray("\xff\xfe"), QByteArray("\xfe\xff")})
