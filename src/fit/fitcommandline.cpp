@@ -16,7 +16,6 @@ namespace {
 
 // The limits of the editor's form.
 constexpr int maxParts = 100;
-constexpr int maxDecimals = 6;
 constexpr double maxRadius = 1.0;
 constexpr double maxWidth = 100.0;
 
@@ -64,12 +63,13 @@ struct OptionDefinitions
         QStringLiteral("count")};
     QCommandLineOption subminor{
         QStringLiteral("subminor"),
-        QStringLiteral("Divide each gap between minor marks into this many parts. Default: 1."),
+        QStringLiteral("Divide each gap between minor marks into this many parts. Needs --minor above 1. "
+                       "Default: 1."),
         QStringLiteral("count")};
     QCommandLineOption decimals{
         QStringLiteral("decimals"),
         QStringLiteral("The decimals of the labels, up to %1. Default: as many as they need.")
-            .arg(maxDecimals),
+            .arg(maxFormDecimals),
         QStringLiteral("count")};
     QCommandLineOption withoutSign{QStringLiteral("unsigned"),
                                    QStringLiteral("Write the labels without their sign.")};
@@ -82,10 +82,11 @@ struct OptionDefinitions
         QStringLiteral("into"),
         QStringLiteral("Put the new layers into this gauge in place of those of --replace."),
         QStringLiteral("file")};
-    QCommandLineOption replace{QStringLiteral("replace"),
-                               QStringLiteral("The layers that are replaced, by name or by number, separated "
-                                              "by commas. Without --style, the first gives the look."),
-                               QStringLiteral("list")};
+    QCommandLineOption replace{
+        QStringLiteral("replace"),
+        QStringLiteral("The layers that are replaced, by name or by number, separated "
+                       "by commas. Without --style, the first of them with labels gives the look."),
+        QStringLiteral("list")};
     QCommandLineOption range{
         QStringLiteral("range"),
         QStringLiteral("Add an arc of this colour from one value to another. Repeat the option "
@@ -203,7 +204,7 @@ void FitOptionsReader::readTableName()
     if (names.isEmpty())
         refuse(QStringLiteral("no table of measured points is given"));
     else if (names.size() > 1)
-        refuse(QStringLiteral("\"%1\" is one table too many; only one is fitted").arg(names.at(1)));
+        refuse(QStringLiteral("only one table can be given; \"%1\" is the second").arg(names.at(1)));
     else if (names.constFirst().isEmpty())
         refuse(QStringLiteral("the table has an empty name"));
     else
@@ -256,7 +257,7 @@ void FitOptionsReader::readLabels()
     std::ranges::sort(m_options.labels);
     const auto twice = std::ranges::adjacent_find(std::as_const(m_options.labels));
     if (twice != m_options.labels.cend())
-        refuse(QStringLiteral("--labels lists %1 twice").arg(*twice));
+        refuse(QStringLiteral("--labels lists %1 twice").arg(QString::number(*twice, 'g', 15)));
     if (m_options.labels.size() > maxLabelCount)
         refuse(QStringLiteral("--labels lists more than %1 values").arg(maxLabelCount));
 }
@@ -274,7 +275,9 @@ void FitOptionsReader::readMarks()
     }
     m_options.minor = readCount(m_definitions.minor, 1, 1, maxParts);
     m_options.subminor = readCount(m_definitions.subminor, 1, 1, maxParts);
-    m_options.decimals = readCount(m_definitions.decimals, -1, 0, maxDecimals);
+    if (m_options.subminor > 1 && m_options.minor == 1)
+        refuse(QStringLiteral("--subminor needs --minor above 1"));
+    m_options.decimals = readCount(m_definitions.decimals, -1, 0, maxFormDecimals);
     m_options.withoutSign = isSet(m_definitions.withoutSign);
 }
 
@@ -308,7 +311,7 @@ void FitOptionsReader::readLook()
     m_options.into = fileName(m_definitions.into);
     m_options.replace = layerList(m_definitions.replace);
     if (isSet(m_definitions.into) != isSet(m_definitions.replace))
-        refuse(QStringLiteral("--into and --replace are given together"));
+        refuse(QStringLiteral("--into and --replace must be given together"));
     readRanges();
 }
 

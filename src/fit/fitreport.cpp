@@ -35,14 +35,29 @@ QStringList labelsOf(const gaugeLayer &layer)
     return texts;
 }
 
-QString cut(const QString &line)
+QString cut(const QString &text, qsizetype maxSize)
 {
-    return line.size() > lineWidth ? line.first(lineWidth - 1) + u'…' : line;
+    return text.size() > maxSize ? text.first(maxSize - 1) + u'…' : text;
 }
 
+QString quotedName(const CheckedMark &mark)
+{
+    constexpr qsizetype maxNameSize = 40;
+    return u'"' + cut(mark.layer, maxNameSize) + u'"';
+}
+
+/// Returns one line of JSON in ASCII. Characters that a terminal must not get are escaped like all others.
 QString line(const QJsonObject &object)
 {
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    QString text;
+    for (const QChar character : QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))) {
+        // Outside of texts, JSON has none of these.
+        if (character < u' ' || character > u'~')
+            text += QStringLiteral("\\u%1").arg(ushort(character.unicode()), 4, 16, QLatin1Char('0'));
+        else
+            text += character;
+    }
+    return text;
 }
 
 /// NaN, for which JSON has no number, gives null.
@@ -62,7 +77,7 @@ QJsonObject jsonMark(const CheckedMark &mark)
 
 QString describe(const CheckedMark &mark)
 {
-    const QString where = QStringLiteral("%1 in \"%2\": ").arg(number(mark.value), mark.layer);
+    const QString where = QStringLiteral("%1 in %2: ").arg(number(mark.value), quotedName(mark));
     if (std::isnan(mark.expected))
         return where + QLatin1String("beyond the table (--extrapolate continues its curve)");
     return where + QStringLiteral("%1 degrees instead of %2, %3 off")
@@ -83,7 +98,7 @@ QStringList fitReportText(const FitReport &report)
     for (const gaugeLayer &layer : report.scale.first(std::min(report.scale.size(), maxLayerLines))) {
         const QString labels = labelsOf(layer).join(u' ');
         const QString text = labels.isEmpty() ? QStringLiteral("no label of its own") : labels;
-        lines.append(cut(QStringLiteral("  %1: %2").arg(layer.name, text)));
+        lines.append(cut(QStringLiteral("  %1: %2").arg(layer.name, text), lineWidth));
     }
     if (report.scale.size() > maxLayerLines)
         lines.append(QStringLiteral("  and %1 more layers").arg(report.scale.size() - maxLayerLines));
@@ -145,8 +160,8 @@ QStringList checkReportText(const CheckReport &report)
                      .arg(report.gauge, countText(report.marks.size(), QStringLiteral("label")), report.table,
                           QString::number(failed.size()), QString::number(report.maxError)));
     if (const CheckedMark *worst = report.worst())
-        lines.append(QStringLiteral("Worst error: %1 degrees at %2 in \"%3\"")
-                         .arg(degrees(worst->error), number(worst->value), worst->layer));
+        lines.append(QStringLiteral("Worst error: %1 degrees at %2 in %3")
+                         .arg(degrees(worst->error), number(worst->value), quotedName(*worst)));
     for (const CheckedMark &mark : failed.first(std::min(failed.size(), maxLayerLines)))
         lines.append(QLatin1String("  ") + describe(mark));
     if (failed.size() > maxLayerLines)

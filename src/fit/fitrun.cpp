@@ -67,6 +67,14 @@ QString readCurve(const FitOptions &options, std::optional<ScaleCurve> &curve)
     return {};
 }
 
+/// Returns why there are no labels at the multiples of @a step.
+QString describeStep(double step, const ScaleCurve &curve)
+{
+    if ((curve.maxValue() - curve.minValue()) / step < maxLabelCount)
+        return QStringLiteral("--step %1 gives no label").arg(step);
+    return QStringLiteral("--step %1 gives more than %2 labels").arg(step).arg(maxLabelCount);
+}
+
 /// Chooses the marks. Returns the reason for a failure.
 QString chooseMarks(const FitOptions &options, const ScaleCurve &curve, const gaugeData &look,
                     ScaleMarks &marks)
@@ -85,15 +93,15 @@ QString chooseMarks(const FitOptions &options, const ScaleCurve &curve, const ga
     if (marks.labels.isEmpty() && options.step == 0.0)
         return QStringLiteral("no round labels lie within %1 (--labels names others)").arg(points);
     if (marks.labels.isEmpty())
-        return QStringLiteral("--step %1 gives no label or more than %2 within %3")
-            .arg(options.step)
-            .arg(maxLabelCount)
-            .arg(points);
+        return QStringLiteral("%1 within %2").arg(describeStep(options.step, curve), points);
     for (const double label : std::as_const(marks.labels)) {
+        const QString text = QString::number(label, 'g', 15);
         if (std::isnan(curve.angle(label)))
-            return QStringLiteral("the label %1 is beyond %2 (--extrapolate allows this)")
-                .arg(label)
-                .arg(points);
+            return QStringLiteral("the label %1 is beyond %2 (--extrapolate allows this)").arg(text, points);
+        if (!isWrittenExactly(label, maxLabelDecimals))
+            return QStringLiteral("the label %1 needs more than %2 decimals; use another unit")
+                .arg(text)
+                .arg(maxLabelDecimals);
     }
     const int neededDecimals = labelDecimals(marks.labels);
     marks.decimals = options.decimals >= 0 ? options.decimals : neededDecimals;
@@ -138,8 +146,14 @@ bool isSameFile(const QString &a, const QString &b)
 /// of --into.
 QString checkReplacesNoInput(const FitOptions &options)
 {
-    const QStringList inputs{options.table, styleFile(options.style)};
+    if (options.existing == ExistingFile::Keep)
+        return {};
+    QStringList inputs{styleFile(options.style)};
+    if (options.table != standardStream)
+        inputs.append(options.table);
     for (const QString &output : {options.output, options.angleTable}) {
+        if (output == standardStream)
+            continue;
         const QStringList kept = output == options.output ? inputs : inputs + QStringList{options.into};
         if (std::ranges::any_of(kept, [&output](const QString &input) { return isSameFile(output, input); }))
             return QStringLiteral("%1 is read and is not replaced.").arg(output);

@@ -274,6 +274,7 @@ ScaleFit fitScale(const ScaleCurve &curve, const ScaleMarks &marks, double maxEr
         planned.lastOfRun.push_back(writer.longestRun(label).last);
 
     ScaleFit fit;
+    fit.worstValue = values.front();
     const LayerMaker maker(marks, writer, values, look);
     // The painter's rounding errors come on top.
     const double plannedError = maxError * (1.0 - 1e-6);
@@ -292,7 +293,8 @@ ScaleFit fitScale(const ScaleCurve &curve, const ScaleMarks &marks, double maxEr
 
         const std::vector<double> drawn = drawnAngles(layer.data);
         for (size_t i = 0; i < angles.size(); ++i) {
-            // Turns are not visible. A mark that is not drawn, or at no angle, is as far off as can be.
+            // Whole turns make no difference. A mark that is not drawn, or whose angle is NaN, counts as 360
+            // degrees off.
             double error = i < drawn.size() ? std::abs(std::remainder(drawn[i] - angles[i], 360.0)) : 360.0;
             if (std::isnan(error))
                 error = 360.0;

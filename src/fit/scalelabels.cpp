@@ -58,15 +58,17 @@ QList<double> withoutOverlaps(const QList<double> &values, const ScaleCurve &cur
     return kept;
 }
 
-/// Returns 0 and the numbers of 1, 5 and 2 times a power of ten on the curve, the roundest first.
-QList<double> roundNumbers(const ScaleCurve &curve)
+/// Returns 0 and the numbers on the curve that are one of @a digits times a power of ten, those of the first
+/// digit first.
+QList<double> roundNumbers(const ScaleCurve &curve, const QList<int> &digits)
 {
-    constexpr int decades = 4; // below the largest
+    // Below the largest number. Near 0 more of them only crowd.
+    const int decades = curve.minValue() <= 0.0 && curve.maxValue() >= 0.0 ? 4 : 12;
     const double largest = std::max(std::abs(curve.minValue()), std::abs(curve.maxValue()));
     const int top = static_cast<int>(std::floor(std::log10(largest)));
     QList<double> numbers{0.0};
-    for (const int digit : {1, 5, 2}) {
-        for (int power = top; power > top - decades; --power) {
+    for (const int digit : digits) {
+        for (int power = top; power > top - decades && power >= -maxFormDecimals; --power) {
             const double number = QStringLiteral("%1e%2").arg(digit).arg(power).toDouble();
             numbers.append({number, -number});
         }
@@ -101,6 +103,14 @@ QList<double> chooseLabels(const ScaleCurve &curve, const gaugeData &look)
         if (labels.size() >= minCount && withoutOverlaps(labels, curve, look).size() == labels.size())
             return labels;
     }
-    const QList<double> numbers = withoutOverlaps(roundNumbers(curve), curve, look);
+    // The same digits in all decades, or else as many numbers as fit.
+    const QList<int> allDigits{1, 5, 2};
+    for (const QList<int> &digits : {allDigits, QList<int>{1, 5}, QList<int>{1}}) {
+        const QList<double> numbers = roundNumbers(curve, digits);
+        const QList<double> kept = withoutOverlaps(numbers, curve, look);
+        if (kept.size() >= minCount && kept.size() == numbers.size())
+            return kept;
+    }
+    const QList<double> numbers = withoutOverlaps(roundNumbers(curve, allDigits), curve, look);
     return numbers.size() >= minCount ? numbers : labels;
 }

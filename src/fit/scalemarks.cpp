@@ -45,7 +45,7 @@ QList<double> roundLabels(double min, double max, int maxCount)
         return {};
 
     // Ten to this power gives at least as many labels as asked for.
-    const int exponent = static_cast<int>(std::floor(std::log10((max - min) / maxCount)));
+    const int exponent = static_cast<int>(std::floor(std::log10(max - min) - std::log10(maxCount)));
     for (int power = exponent; power <= exponent + 3; ++power) {
         for (const int digit : {1, 2, 5}) {
             const double step = rounded(digit * std::pow(10.0, power));
@@ -57,14 +57,16 @@ QList<double> roundLabels(double min, double max, int maxCount)
     return {};
 }
 
+bool isWrittenExactly(double label, int decimals)
+{
+    return QString::number(label, 'f', decimals).toDouble() == label;
+}
+
 int labelDecimals(const QList<double> &labels)
 {
-    constexpr int maxDecimals = 6; // of the editor's form
     int decimals = 0;
-    const auto isExact = [&decimals](double label) {
-        return QString::number(label, 'f', decimals).toDouble() == label;
-    };
-    while (decimals < maxDecimals && !std::all_of(labels.cbegin(), labels.cend(), isExact))
+    const auto isExact = [&decimals](double label) { return isWrittenExactly(label, decimals); };
+    while (decimals < maxFormDecimals && !std::ranges::all_of(labels, isExact))
         ++decimals;
     return decimals;
 }

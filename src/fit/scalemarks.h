@@ -26,7 +26,14 @@ struct ScaleMarks
 /// gives at most @a maxCount labels. Empty if no step gives two labels, or if the arguments are not finite.
 [[nodiscard]] QList<double> roundLabels(double min, double max, int maxCount);
 
-/// Returns the smallest number of decimals, at most 6, with which all @a labels are written exactly; or 6.
+/// The most decimals of labels, which the editor's form can set.
+inline constexpr int maxFormDecimals = 6;
+
+/// Returns whether @a label is written exactly with @a decimals decimals.
+[[nodiscard]] bool isWrittenExactly(double label, int decimals);
+
+/// Returns the smallest number of decimals with which all @a labels are written exactly, or maxFormDecimals
+/// if these do not suffice.
 [[nodiscard]] int labelDecimals(const QList<double> &labels);
 
 #endif

@@ -63,8 +63,16 @@ int terminalWidth()
 std::string maskControlCharacters(QString text)
 {
     for (QChar &character : text) {
-        if (character.category() == QChar::Other_Control)
+        switch (character.category()) {
+        case QChar::Other_Control:
+        case QChar::Other_Format:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
             character = u'?';
+            break;
+        default:
+            break;
+        }
     }
     return text.toStdString();
 }

@@ -19,8 +19,9 @@ void openStandardStreams();
 /// The width of the terminal on standard output in characters. 80 when it is not known.
 [[nodiscard]] int terminalWidth();
 
-/// The text in UTF-8 with a question mark for each control character, which could move the cursor or begin a
-/// second line.
+/// Returns the text in UTF-8 with a question mark for each character that could move the cursor, begin a
+/// second line or change the direction of text: control and format characters, and separators of lines and
+/// paragraphs.
 [[nodiscard]] std::string maskControlCharacters(QString text);
 
 #endif

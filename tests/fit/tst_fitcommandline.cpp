@@ -50,7 +50,7 @@ void tst_FitCommandLine::refusesWrongUsage_data()
     };
     rows(u"no table of measured points is given"_s, {"-o g"});
     rows(u"the table has an empty name"_s, {"-o g ''"});
-    rows(u"\"u\" is one table too many; only one is fitted"_s, {"-o g t u"});
+    rows(u"only one table can be given; \"u\" is the second"_s, {"-o g t u"});
     rows(u"Unknown option 'nonsense'."_s, {"--nonsense t"});
     rows(u"--output is missing"_s, {"t"});
     rows(u"--output needs the name of a file"_s, {"t -o ''"});
@@ -59,6 +59,8 @@ void tst_FitCommandLine::refusesWrongUsage_data()
     rows(u"--output and --table name the same file"_s,
          {"t -o g.json --table g.json", "t -o g.json --table ./a/../g.json"});
     rows(u"--labels lists 2 twice"_s, {"t -o g --labels 1,2,2.0"});
+    rows(u"--labels lists 1000001 twice"_s, {"t -o g --labels 1000001,1000001"});
+    rows(u"--subminor needs --minor above 1"_s, {"t -o g --subminor 2", "t -o g --subminor 2 --minor 1"});
     rows(u"--labels lists more than 1000 values"_s, {"t -o g --labels 0" + [] {
              QByteArray list;
              for (int label = 1; label <= 1000; ++label)
@@ -68,7 +70,7 @@ void tst_FitCommandLine::refusesWrongUsage_data()
     rows(u"--map must be given twice"_s, {"t -o g --map 1=2", "t -o g --map 1=2 --map 2=3 --map 3=4"});
     rows(u"both --map options have the same reading"_s, {"t -o g --map 1=2 --map 1=3"});
     rows(u"both --map options have the same angle"_s, {"t -o g --map 1=2 --map 2=2"});
-    rows(u"--into and --replace are given together"_s, {"t -o g --into f", "t -o g --replace f"});
+    rows(u"--into and --replace must be given together"_s, {"t -o g --into f", "t -o g --replace f"});
     rows(u"--replace needs the name of a layer"_s,
          {"t -o g --into f --replace ''", "t -o g --into f --replace a --replace ''"});
     rows(u"--layers needs the name of a layer"_s, {"t --check f --layers ''"});

@@ -140,6 +140,7 @@ private Q_SLOTS:
     void findsTheBias_data();
     void findsTheBias();
     void worstErrorIsThatOfTheMarks();
+    void worstValueIsThatOfAMark();
     void layersMeetAtAngles();
     void valuesThatTheFormShows();
     void noBiasBetweenTwoMarks();
@@ -232,6 +233,15 @@ void tst_ScaleFit::worstErrorIsThatOfTheMarks()
     QVERIFY(worstError <= bound);
     QCOMPARE(fit.worstError, worstError);
     QCOMPARE(fit.worstValue, worstValue);
+}
+
+void tst_ScaleFit::worstValueIsThatOfAMark()
+{
+    const QList<double> labels{1.0, 2.0, 3.0};
+    const ScaleFit fit =
+        fitScale(ScaleCurve({{1.0, 0.0}, {3.0, 90.0}}), marksAt(labels, 1), bound, gaugeData());
+    QCOMPARE(fit.worstError, 0.0);
+    QVERIFY(labels.contains(fit.worstValue));
 }
 
 void tst_ScaleFit::layersMeetAtAngles()
