@@ -19,6 +19,15 @@ QList<gaugeData> layerData(const QList<gaugeLayer> &layers)
     return data;
 }
 
+QString exportFormatNames()
+{
+    QStringList names;
+    for (const ExportFormat *format : exportFormats())
+        names.append(QLatin1String(format->name));
+    const QString last = names.takeLast();
+    return names.join(QLatin1String(", ")) + QLatin1String(" or ") + last;
+}
+
 const ExportFormat *findExportFormat(const QString &name)
 {
     if (name == QLatin1String("jpg"))

@@ -84,6 +84,9 @@ struct ExportFormat
 /// All formats, in the order in which the help lists them.
 [[nodiscard]] const QList<const ExportFormat *> &exportFormats();
 
+/// The names of the formats as a part of a sentence: "png, jpeg, ... or c".
+[[nodiscard]] QString exportFormatNames();
+
 /// The format of this name; "jpg" is jpeg. Null when there is none.
 [[nodiscard]] const ExportFormat *findExportFormat(const QString &name);
 
