@@ -9,6 +9,7 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QStringEncoder>
 #include <QStringList>
 #include <QSvgGenerator>
 
@@ -57,7 +58,9 @@ QStringList oddFamilies(const QList<gaugeData> &layers)
 
 QByteArray familyAttribute(const QString &family)
 {
-    return "font-family=\"" + family.toUtf8() + '"';
+    // As in QSvgGenerator's text stream: toUtf8() writes one half of a surrogate pair differently.
+    QStringEncoder utf8(QStringConverter::Utf8);
+    return utf8.encode(QStringLiteral("font-family=\"") + family + QLatin1Char('"'));
 }
 
 /// Returns an SVG whose width and height are @a size pixels.

@@ -34,10 +34,10 @@ bool writePng(QIODevice &device, int size, const QList<gaugeData> &layers, const
 /// not take it.
 bool writeSvg(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
-/// Writes a stack of layers to an open device as a PDF of one square page. The drawing has the printed size
-/// or, without one, @a size pixels of 1/96 inch. The page is rounded up to whole points; the drawing is in
-/// its upper left corner. Lines without a width are one of these pixels wide, because the finest line of a
-/// printer is hardly visible. Returns false when the device does not take it.
+/// Writes a stack of layers to an open device as a PDF of one square page. @a size is above 0. The drawing
+/// has the printed size or, without one, @a size pixels of 1/96 inch. The page is rounded up to whole points;
+/// the drawing is in its upper left corner. Lines without a width are one of these pixels wide, because the
+/// finest line of a printer is hardly visible. Returns false when the device does not take it.
 bool writePdf(QIODevice &device, int size, const QList<gaugeData> &layers, const PictureStyle &style = {});
 
 #endif

@@ -265,6 +265,8 @@ void tst_ImageExport::svgNamesAnyFamily_data()
     row("ampersand", u"Dial & Sons"_s, u"Dial & Sons"_s);
     row("what looks like a reference", u"Dial &amp; Sons"_s, u"Dial &amp; Sons"_s);
     row("angle brackets", u"<Dial>"_s, u"<Dial>"_s);
+    row("markup behind half a surrogate pair", QChar(0xd800) + u"\"><script>"_s, u"\ufffd\"><script>"_s);
+    row("half a surrogate pair at the end", u"\"Dial\""_s + QChar(0xd800), u"\"Dial\"\ufffd"_s);
     // XML does not allow these.
     row("control characters", u"Di\x01\x1b"_s + u"al"_s, u"Dial"_s);
     row("noncharacters", u"Di\ufffe\uffff"_s + u"al"_s, u"Dial"_s);
