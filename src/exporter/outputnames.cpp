@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
@@ -35,8 +36,13 @@ QString uniquePath(const QString &path, ExistingFile existing)
     const QFileInfo info(path);
     if (existing == ExistingFile::Overwrite && info.exists())
         return info.canonicalFilePath();
-    const QString folder = QFileInfo(info.path()).canonicalFilePath();
-    return folder.isEmpty() ? info.absoluteFilePath() : folder + QLatin1Char('/') + info.fileName();
+    QString rest = info.fileName();
+    QFileInfo folder(info.absolutePath());
+    while (!folder.exists() && !folder.isRoot()) {
+        rest = folder.fileName() + QLatin1Char('/') + rest;
+        folder.setFile(folder.path());
+    }
+    return folder.canonicalFilePath() + QLatin1Char('/') + rest;
 }
 
 QString alreadyWritten(const QString &path, const QString &gauge)
@@ -81,13 +87,16 @@ QList<Output> outputsForScales(const Output &output, const QString &gaugePath, c
     if (scaleNames.size() < 2)
         return {output};
     QList<Output> outputs;
-    QStringList used;
+    QSet<QString> used;
+    QHash<QString, int> nextNumbers; // of names that several scales have
     for (qsizetype scale = 0; scale < scaleNames.size(); ++scale) {
         const QString part = fileNamePart(scaleNames.at(scale));
         QString name = part;
-        for (int number = 2; used.contains(name, Qt::CaseInsensitive); ++number)
-            name = part + QLatin1Char('-') + QString::number(number);
-        used.append(name);
+        int number = nextNumbers.value(part.toCaseFolded(), 2);
+        while (used.contains(name.toCaseFolded()))
+            name = part + QLatin1Char('-') + QString::number(number++);
+        nextNumbers.insert(part.toCaseFolded(), number);
+        used.insert(name.toCaseFolded());
         outputs.append({output.format, output.size, output.part,
                         outputPath(gaugePath, *output.format, output.size, name, options), scale});
     }

@@ -2,10 +2,13 @@
 #include "render/angletablefiles.h"
 #include "render/cnames.h"
 
+#include <QHash>
 #include <QLatin1StringView>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -55,16 +58,34 @@ qint64 scaledValue(double value, int decimalCount)
     return std::llround(value * std::pow(10.0, decimalCount));
 }
 
-QByteArray prefixOf(const QByteArray &gauge, const AngleTable &table, const QByteArrayList &used)
+/// Makes the prefixes of a gauge's tables, each different from those before.
+class TablePrefixes
 {
-    QByteArray part = identifierPart(table.name);
-    if (part.isEmpty())
-        part = "scale";
-    QByteArray prefix = part == gauge ? gauge : gauge + '_' + part;
-    for (int number = 2; used.contains(prefix); ++number)
-        prefix = gauge + '_' + part + '_' + QByteArray::number(number);
-    return prefix;
-}
+public:
+    explicit TablePrefixes(QByteArray gauge)
+        : m_gauge(std::move(gauge))
+    {
+    }
+
+    QByteArray next(const AngleTable &table)
+    {
+        QByteArray part = identifierPart(table.name);
+        if (part.isEmpty())
+            part = "scale";
+        QByteArray prefix = part == m_gauge ? m_gauge : m_gauge + '_' + part;
+        int number = m_nextNumbers.value(part, 2);
+        while (m_used.contains(prefix))
+            prefix = m_gauge + '_' + part + '_' + QByteArray::number(number++);
+        m_nextNumbers.insert(part, number);
+        m_used.insert(prefix);
+        return prefix;
+    }
+
+private:
+    QByteArray m_gauge;
+    QSet<QByteArray> m_used;
+    QHash<QByteArray, int> m_nextNumbers; ///< Of parts that several tables have.
+};
 
 /// Integers as the elements of an array, in lines that are not too long.
 QByteArray arrayElements(const QList<qint64> &numbers)
@@ -156,12 +177,10 @@ QString checkAngleTableHeader(const QList<AngleTable> &tables)
 QByteArray angleTableHeader(const QString &gaugeName, const QList<AngleTable> &tables)
 {
     const QByteArray gauge = gaugePrefix(gaugeName);
-    QByteArrayList prefixes;
+    TablePrefixes prefixes(gauge);
     QByteArray code;
-    for (const AngleTable &table : tables) {
-        prefixes.append(prefixOf(gauge, table, prefixes));
-        code += tableCode(prefixes.constLast(), table);
-    }
+    for (const AngleTable &table : tables)
+        code += tableCode(prefixes.next(table), table);
     const QByteArray guard = gauge.toUpper() + "_ANGLES_H";
     return "/* The needle's angles of the gauge " + commentText(gaugeName) + ". C99 and C++. */\n#ifndef " +
            guard + "\n#define " + guard + "\n\n#include <stdint.h>\n" + code + "\n#endif\n";

@@ -3,6 +3,8 @@
 #include "model/gaugefile.h"
 #include "support/testmain.h"
 
+#include <QDir>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -16,7 +18,7 @@ class tst_ExporterTables : public ExporterTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void jsonTellsTheWholeInstrument();
+    void jsonDescribesTheGauge();
     void takesLayersWhoseLabelsAreShown();
     void chosenLayers_data();
     void chosenLayers();
@@ -25,7 +27,8 @@ private Q_SLOTS:
     void maxErrorChangesThePoints();
     void eachScaleGetsAnXmlFile();
     void oneFileTakesOneScale();
-    void gaugesDoNotShareAFile();
+    void refusesOneFileForTwoGauges();
+    void manyScalesOfOneName();
     void gaugesWithoutScale();
     void samplesHaveTheirScales_data();
     void samplesHaveTheirScales();
@@ -76,7 +79,7 @@ QJsonObject tst_ExporterTables::json(const QStringList &arguments) const
     return QJsonDocument::fromJson(result.out).object();
 }
 
-void tst_ExporterTables::jsonTellsTheWholeInstrument()
+void tst_ExporterTables::jsonDescribesTheGauge()
 {
     writeLayers(u"My \"dial\".gauge"_s,
                 {layer(u"Volts"_s, 0.0, 5.0, -60.0, 120.0), layer(u"Needle"_s, 0.0, 0.0, 30.0, 360.0)});
@@ -214,12 +217,13 @@ void tst_ExporterTables::oneFileTakesOneScale()
     for (const char *arguments : {"--to one.xml Dial.gauge", "-f xml -"}) {
         const ExporterRun result = run(arguments, {.input = read(u"Dial.gauge"_s)});
         QCOMPARE(result.status, 1);
-        QVERIFY(result.err.contains("It has 2 scales, and the xml takes one (--scale names it)."));
+        QVERIFY(
+            result.err.contains("It has 2 scales, but a file in xml holds only one (--scale chooses it)."));
     }
     QCOMPARE(run("--scale Two --to one.xml Dial.gauge").status, 0);
 }
 
-void tst_ExporterTables::gaugesDoNotShareAFile()
+void tst_ExporterTables::refusesOneFileForTwoGauges()
 {
     writeLayers(u"Dial.gauge"_s,
                 {layer(u"One"_s, 0.0, 1.0, 0.0, 90.0), layer(u"Two"_s, 0.0, 1.0, 0.0, 90.0)});
@@ -227,6 +231,23 @@ void tst_ExporterTables::gaugesDoNotShareAFile()
     const ExporterRun result = run("-f xml --overwrite Dial.gauge Dial-Two.gauge");
     QCOMPARE(result.status, 1);
     QCOMPARE(result.err, QByteArray("Dial.gauge: Dial-Two.xml is already written for Dial-Two.gauge.\n"));
+
+    // The first gauge creates the folder.
+    QVERIFY(QDir(path({})).mkdir(u"folder"_s));
+    QVERIFY(QFile::link(u"folder"_s, path(u"link"_s)));
+    QCOMPARE(run("-f xml -j 1 --keep -o link/new Dial-Two.gauge Dial.gauge").err,
+             QByteArray("Dial.gauge: link/new/Dial-Two.xml is already written for Dial-Two.gauge.\n"));
+}
+
+void tst_ExporterTables::manyScalesOfOneName()
+{
+    constexpr int count = 3000;
+    writeLayers(u"Dial.gauge"_s, QList<gaugeLayer>(count, layer(u"A"_s, 0.0, 1.0, 0.0, 90.0)));
+    const QByteArray names = run("-f xml --dry-run Dial.gauge").out;
+    QCOMPARE(names.count('\n'), count);
+    QVERIFY(names.contains("\nDial-A-3000.xml\n"));
+    QCOMPARE(run("-f h Dial.gauge").status, 0);
+    QVERIFY(read(u"Dial.h"_s).contains("dial_a_3000_tenths("));
 }
 
 void tst_ExporterTables::gaugesWithoutScale()
