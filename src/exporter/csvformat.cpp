@@ -5,6 +5,8 @@
 #include <QIODevice>
 #include <QStringEncoder>
 
+#include <cmath>
+
 namespace {
 
 bool writeKeyframes(QIODevice &device, const ExportJob &job)
@@ -17,11 +19,13 @@ bool writeKeyframes(QIODevice &device, const ExportJob &job)
 
 double keyframesSize(const ExportJob &job)
 {
-    constexpr double restOfLine = 16.0; // the angle and the separators
+    constexpr double restOfLine = 27.0; // two signs, two points with ten decimals, three separators
     double size = 0.0;
     for (const gaugeLayer &layer : job.layers) {
         const auto nameSize = static_cast<double>(layer.name.toUtf8().size());
-        size += primaryTicks(layer.data) * (nameSize + valueDigits(layer.data) + restOfLine);
+        const double maxAngle = std::abs(layer.data.startAngle) + std::abs(layer.data.angleLength);
+        size += primaryTicks(layer.data) *
+                (nameSize + valueDigits(layer.data) + digitCount(maxAngle) + restOfLine);
     }
     return size;
 }

@@ -138,7 +138,7 @@ constexpr qsizetype maxOutputSize = qsizetype(1024) * 1024 * 1024;
 
 QString tooLarge(const Output &output)
 {
-    return QStringLiteral("The %1 would be larger than 1 GiB.").arg(QLatin1String(output.format->name));
+    return QStringLiteral("The %1 file would be larger than 1 GiB.").arg(QLatin1String(output.format->name));
 }
 
 /// Prepares what one output is made of. Returns the reason why it cannot be made.
@@ -180,7 +180,7 @@ QString makeOutput(const Output &output, const Gauge &gauge, const ExportOptions
     // Outside the global pool, Qt's raster engine starts threads itself and waits forever if there are none.
     if ((output.format->isRaster || listsCrops) &&
         !QThreadPool::globalInstance()->contains(QThread::currentThread()))
-        return QStringLiteral("The %1 cannot be made: the system starts no more threads.").arg(name);
+        return QStringLiteral("The %1 cannot be made: the system cannot start more threads.").arg(name);
     if (listsCrops)
         job.crops = partCrops(gauge, options);
 
@@ -198,7 +198,7 @@ QString checkOneFile(const Output &output, const Gauge &gauge, const ExportOptio
                           (!options.outputFile.isEmpty() || options.readsStandardInput());
     if (!takesOne || gauge.tables.size() < 2)
         return {};
-    return QStringLiteral("It has %1 scales, and the %2 takes one (--scale names it).")
+    return QStringLiteral("It has %1 scales, but a file in %2 holds only one (--scale chooses it).")
         .arg(gauge.tables.size())
         .arg(QLatin1String(output.format->name));
 }
@@ -242,7 +242,7 @@ QString makeFile(const Output &output, const QString &gaugeId, const InputFiles 
     const QString id = fileId(output.path);
     const bool updatesGauge = output.format == findExportFormat(QStringLiteral("gauge")) && id == gaugeId;
     if (!id.isEmpty() && inputs.contains(id) && !updatesGauge && options.existing != ExistingFile::Keep)
-        return QStringLiteral("%1 is a gauge to export and is not replaced.").arg(output.path);
+        return QStringLiteral("%1 is one of the input files and is not replaced.").arg(output.path);
 
     QString refusal = checkInDryRun(output, gauge, options);
     if (!refusal.isEmpty())

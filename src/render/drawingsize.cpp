@@ -1,19 +1,25 @@
 #include "render/drawingsize.h"
 
 #include "model/gaugedata.h"
+#include "render/labels.h"
 #include "render/sweep.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
+double digitCount(double number)
+{
+    constexpr double maxDigits = std::numeric_limits<double>::max_exponent10 + 1;
+    const double size = std::abs(number);
+    return size < 10.0 || std::isnan(size) ? 1.0 : std::min(std::log10(size) + 1.0, maxDigits);
+}
+
 double valueDigits(const gaugeData &layer)
 {
     const auto ticks = static_cast<double>(primaryTickCount(layer));
     const double last = layer.tickCountStart + layer.tickCountIncrement * ticks;
-    const double largest = std::max(std::abs(layer.tickCountStart), std::abs(last));
-    constexpr double maxDigits = std::numeric_limits<double>::max_exponent10 + 1;
-    return largest < 10.0 || std::isnan(largest) ? 1.0 : std::min(std::log10(largest) + 1.0, maxDigits);
+    return std::max(digitCount(layer.tickCountStart), digitCount(last));
 }
 
 double primaryTicks(const gaugeData &layer)
@@ -35,13 +41,13 @@ struct DrawingCosts
 
 double drawingSize(const QList<gaugeData> &layers, bool textAsPaths, const DrawingCosts &costs)
 {
-    constexpr int maxDecimals = 400; // the painter's limit is lower
     double size = 0.0;
     for (const gaugeData &data : layers) {
         size += static_cast<double>(totalTickCount(data)) * costs.tick;
         if (!data.tickCountEnabled)
             continue;
-        const double characters = valueDigits(data) + std::clamp(data.tickCountDecimalPlaces, 0, maxDecimals);
+        const double characters =
+            valueDigits(data) + std::clamp(data.tickCountDecimalPlaces, 0, maxLabelDecimals);
         double label = costs.label + characters * (textAsPaths ? costs.outline : costs.character);
         if (costs.repeatsFont)
             label += static_cast<double>(data.tickCountFont.family().toUtf8().size());

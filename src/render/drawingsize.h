@@ -5,6 +5,9 @@
 
 struct gaugeData;
 
+/// The number of digits before the decimal point, with a fraction. 1 for NaN.
+[[nodiscard]] double digitCount(double number);
+
 /// The number of digits before the decimal point of the layer's largest tick value.
 [[nodiscard]] double valueDigits(const gaugeData &layer);
 

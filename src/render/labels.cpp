@@ -14,9 +14,6 @@
 
 namespace {
 
-/// No double has more decimals than this. A larger precision only adds zeros.
-constexpr int maxDecimals = 1074;
-
 /// Qt stores font sizes in pixels as an int. When that overflows, it draws rotated text in an endless loop.
 constexpr double maxPointSize = 1e6;
 
@@ -24,7 +21,7 @@ constexpr double maxPointSize = 1e6;
 
 QString labelText(const gaugeData &layer, double value)
 {
-    return QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, maxDecimals));
+    return QString::number(value, 'f', std::min(layer.tickCountDecimalPlaces, maxLabelDecimals));
 }
 
 QFont labelFont(const gaugeData &layer)

@@ -8,6 +8,9 @@
 
 struct gaugeData;
 
+/// Labels have at most this many decimals. No double has more: others are zeros.
+inline constexpr int maxLabelDecimals = 1074;
+
 /// Returns the text of a layer's label for @a value.
 [[nodiscard]] QString labelText(const gaugeData &layer, double value);
 

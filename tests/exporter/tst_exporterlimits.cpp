@@ -96,7 +96,7 @@ void tst_ExporterLimits::worksWithFewThreads()
     const ExporterRun picture = run("-q Dial.gauge", {.before = limit});
     const bool noThread = stack == 100'000;
     QCOMPARE(picture.err, noThread
-                              ? "Dial.gauge: The png cannot be made: the system starts no more threads.\n"
+                              ? "Dial.gauge: The png cannot be made: the system cannot start more threads.\n"
                               : QByteArray());
 }
 
@@ -168,25 +168,32 @@ void tst_ExporterLimits::countsOnlySelectedLayers()
 
 void tst_ExporterLimits::limitsTheSizeOfOutputs_data()
 {
+    QTest::addColumn<QString>("options");
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("decimals");
-    QTest::newRow("-f csv") << QString(2048, u'n') << 0;
-    QTest::newRow("-f svg") << u"n"_s << 30;
-    QTest::newRow("-f svg --text-as-paths") << u"n"_s << 0;
-    QTest::newRow("-f pdf --text-as-paths") << u"n"_s << 2;
+    QTest::addColumn<double>("length");
+    const QString shortName = u"n"_s;
+    QTest::newRow("a long name") << u"-f csv"_s << QString(2048, u'n') << 0 << 90.0;
+    QTest::newRow("long angles") << u"-f csv"_s << QString(800, u'n') << 0 << 1e300;
+    QTest::newRow("labels") << u"-f svg"_s << shortName << 30 << 90.0;
+    QTest::newRow("labels as paths") << u"-f svg --text-as-paths"_s << shortName << 0 << 90.0;
+    QTest::newRow("labels as paths in PDF") << u"-f pdf --text-as-paths"_s << shortName << 2 << 90.0;
 }
 
 void tst_ExporterLimits::limitsTheSizeOfOutputs()
 {
+    QFETCH(const QString, options);
     QFETCH(const QString, name);
     QFETCH(const int, decimals);
+    QFETCH(const double, length);
     gaugeData data;
     data.divisionCount[0] = 1'000'000;
     data.tickCountDecimalPlaces = decimals;
+    data.angleLength = length;
     write(u"Large.gauge"_s, gaugeOf(data, 1, name));
-    const QStringList options = words(QTest::currentDataTag());
-    QCOMPARE(run(options + words("Large.gauge")).err,
-             "Large.gauge: The " + options.at(1).toUtf8() + " would be larger than 1 GiB.\n");
+    const QStringList arguments = options.split(u' ');
+    QCOMPARE(run(arguments + QStringList{u"Large.gauge"_s}).err,
+             "Large.gauge: The " + arguments.at(1).toUtf8() + " file would be larger than 1 GiB.\n");
 }
 
 void tst_ExporterLimits::thumbnailsAreBounded_data()

@@ -22,7 +22,7 @@ private Q_SLOTS:
     void haveAnAlphaPlaneWhereTransparent();
     void areCroppedToTheirMarks();
     void anEmptyPartIsOnePixel();
-    void theTableTellsTheCrop();
+    void jsonListsTheCrops();
     void sourcesHaveSafeNames();
     void refusesSourcesThatAreTooLarge();
 
@@ -117,7 +117,7 @@ void tst_RawPictures::anEmptyPartIsOnePixel()
     QCOMPARE(read(u"Dial-needle.rgb565"_s), QByteArray(3, '\0'));
 }
 
-void tst_RawPictures::theTableTellsTheCrop()
+void tst_RawPictures::jsonListsTheCrops()
 {
     writeNeedle();
     const auto parts = [this](const QByteArray &arguments) -> QJsonArray {
@@ -158,7 +158,7 @@ void tst_RawPictures::refusesSourcesThatAreTooLarge()
 {
     for (const char *arguments : {"-f c -s 16384 Dial.gauge", "-f c -s 16384 --dry-run Dial.gauge"}) {
         const ExporterRun result = run(arguments);
-        QCOMPARE(result.err, "Dial.gauge: The c would be larger than 1 GiB.\n"_ba);
+        QCOMPARE(result.err, "Dial.gauge: The c file would be larger than 1 GiB.\n"_ba);
         QCOMPARE(result.status, 1);
     }
 }
