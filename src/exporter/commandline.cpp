@@ -9,7 +9,7 @@ ExportCommandLine parseCommandLine(const QByteArrayList &arguments)
     const OptionDefinitions definitions;
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Writes gauges as pictures, keyframe tables or gauge files, without a window."));
+        QStringLiteral("Writes gauges as pictures, tables, web pages or gauge files, without a window."));
     parser.addPositionalArgument(
         QStringLiteral("FILE..."),
         QStringLiteral("Gauge files, in the current or the older form. A single - reads one gauge from "

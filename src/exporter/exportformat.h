@@ -19,7 +19,7 @@ inline constexpr int maxPictureSize = 16384;
 struct PartCrop
 {
     QString part; ///< The name of the GaugePart.
-    int size = 0; ///< The side of the picture before, in pixels.
+    int size = 0; ///< The side of the picture before it is cropped, in pixels.
     QRect area;   ///< What is left of it, in pixels.
 };
 
@@ -66,8 +66,8 @@ struct ExportFormat
     QString (*missing)() = nullptr;
 
     ScaleUse scales = ScaleUse::None;
-    /// By how many degrees writing the points of a table can move its lines. The tables are that much more
-    /// precise, but not more than twice as precise.
+    /// The error in degrees that rounding adds when the points of a table are written. The table is made with
+    /// the max error minus this, but at least with half of it.
     double tableRounding = 0.0;
 
     /// Why the gauge cannot be written in this format. Empty when it can. Null for formats that take every

@@ -171,7 +171,7 @@ void ExportOptionsReader::readNeedles()
     const QStringList needles = valuesOf(m_definitions.split);
     const QStringList angles = valuesOf(m_definitions.needleAngle);
     if (angles.size() > needles.size())
-        refuse(QStringLiteral("--needle-angle belongs to a --split"));
+        refuse(QStringLiteral("each --needle-angle needs a --split"));
     for (qsizetype i = 0; i < needles.size(); ++i) {
         m_options.needles.append({needles.at(i), {}});
         if (i >= angles.size())

@@ -29,7 +29,7 @@ QString checkPage(const ExportJob &job)
     const QString failure = partsOf(job).failure;
     return failure.isEmpty() || !job.parts.isEmpty()
                ? failure
-               : QStringLiteral("%1 (--split names the layers of the needle.)").arg(failure);
+               : QStringLiteral("%1 --split chooses the layers of the needle.").arg(failure);
 }
 
 bool writePage(QIODevice &device, const ExportJob &job)

@@ -47,9 +47,9 @@ QByteArray svgElement(const QByteArray &attributes, const QByteArray &content)
     return "<svg viewBox=\"0 0 " + side + ' ' + side + "\" " + attributes + ">\n" + content + "</svg>\n";
 }
 
-/// Removes ticks that have no place, as those of an empty ring: browsers report numbers that are none as
-/// errors.
-QByteArray withoutLostTicks(const QByteArray &drawing)
+/// Removes ticks without a finite position, such as that of a ring of 0 divisions. Browsers report such
+/// coordinates as errors.
+QByteArray withoutInvalidTicks(const QByteArray &drawing)
 {
     QByteArray kept;
     for (const QByteArray &line : drawing.split('\n')) {
@@ -71,7 +71,7 @@ QByteArray drawing(const GaugePart &part, bool centreDot)
         return {};
     const QByteArray headEnd("</defs>");
     const qsizetype start = file.data().indexOf(headEnd) + headEnd.size();
-    return withoutLostTicks(file.data().mid(start, file.data().lastIndexOf("</svg>") - start));
+    return withoutInvalidTicks(file.data().mid(start, file.data().lastIndexOf("</svg>") - start));
 }
 
 QByteArray needleAttributes(const QString &label, double angle, const QList<QPointF> &points)

@@ -9,10 +9,10 @@
 
 namespace {
 
-/// By how many degrees layers that are joined can miss each other.
+/// The largest gap between joined layers, in degrees.
 constexpr double maxGap = 0.5;
 
-/// By which part of the values that meet they can differ, because each is rounded.
+/// The largest relative difference of the values where layers meet, because each is rounded.
 constexpr double valuePrecision = 1e-9;
 
 /// Layers that become one table.

@@ -31,7 +31,7 @@ QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layer
         const int number = part.toInt(&isNumber);
         if (isNumber && number >= 1 && number <= layers.size())
             rows.append(number - 1);
-        else // not null, which means that every part stands for a layer
+        else // empty but not null: null means that all parts were found
             unknown = part.trimmed().isEmpty() ? QLatin1String("") : part.trimmed();
     }
     return rows;

@@ -115,9 +115,10 @@ QList<QPointF> joinedTablePoints(const QList<gaugeData> &layers, double maxError
         const QList<QPointF> points = samples(scale, tolerance);
         if (points.isEmpty())
             return {};
-        for (QPointF point : points) {
-            const bool isJump = point == points.constFirst() && !exact.isEmpty() &&
-                                point.x() <= exact.constLast().x() && point.y() != exact.constLast().y();
+        for (qsizetype index = 0; index < points.size(); ++index) {
+            QPointF point = points.at(index);
+            const bool isJump = index == 0 && !exact.isEmpty() && point.x() <= exact.constLast().x() &&
+                                point.y() != exact.constLast().y();
             if (isJump)
                 point.setX(std::nextafter(exact.constLast().x(), std::numeric_limits<double>::infinity()));
             if (exact.isEmpty() || point.x() > exact.constLast().x())

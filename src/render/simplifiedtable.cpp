@@ -15,7 +15,7 @@ Side opposite(Side side)
     return side == Lower ? Upper : Lower;
 }
 
-/// With this factor, a larger number is further beyond the edge.
+/// 1 or -1. A y times this factor is larger the further it is outside the strip.
 double outwards(Side side)
 {
     return side == Upper ? 1.0 : -1.0;
@@ -94,7 +94,7 @@ private:
     qsizetype m_first = 0;
 };
 
-/// A polyline's surroundings, one unit up and down. At its ends, the strip is only a point.
+/// The points at most one unit above or below a polyline. At each end of it, the strip is a single point.
 class Strip
 {
 public:
@@ -194,8 +194,8 @@ QList<Link> linksThrough(const Strip &strip)
         for (const Side side : {Lower, Upper}) {
             if (!lines.allPassBeyond(side, strip.vertex(side, index).position))
                 continue;
-            // The line that gets furthest. The next one begins on it, between the point where it last touches
-            // the strip and the point where it leaves: below the one and above the other, or the reverse.
+            // The line that reaches furthest right. The next line starts on it, between the last point where
+            // it touches one edge and the point where it leaves through the other.
             const Line line = lines.steepest(opposite(side));
             const EdgePoint exit = strip.exit(line, side, index);
             links.append({line, exit.position.x()});

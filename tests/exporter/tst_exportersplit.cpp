@@ -23,7 +23,7 @@ private Q_SLOTS:
     void filesOfParts();
     void needleThatIsMissingFailsTheGauge();
     void otherFormatsAreWhole();
-    void tableTellsTheParts();
+    void jsonListsTheParts();
     void onlyTheFaceHasTheDot();
     void needlesOfSamplesAreFound_data();
     void needlesOfSamplesAreFound();
@@ -101,7 +101,7 @@ void tst_ExporterSplit::otherFormatsAreWhole()
     QCOMPARE(read(u"out/A.gauge"_s), read(u"whole/A.gauge"_s));
 }
 
-void tst_ExporterSplit::tableTellsTheParts()
+void tst_ExporterSplit::jsonListsTheParts()
 {
     const QStringList arguments =
         words("-f json -s 300,64 --split Needle* --split Hub --needle-angle -24.5 --needle-angle 90");
@@ -190,7 +190,7 @@ void tst_ExporterSplit::pageThatCannotBeMadeIsReported_data()
     QTest::newRow("no scale") << QStringList{u"Face"_s} << false << QByteArray("It has no scale");
     QTest::newRow("parts of the needle")
         << QStringList{u"Needle"_s, u"Face"_s, u"Needle tail"_s} << true
-        << QByteArray("\"Face\" lies between those of \"Needle*\". (--split names");
+        << QByteArray("\"Face\" lies between those of \"Needle*\". --split chooses");
 }
 
 void tst_ExporterSplit::pageThatCannotBeMadeIsReported()

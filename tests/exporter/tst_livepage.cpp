@@ -25,7 +25,7 @@ private Q_SLOTS:
     void templateIsFilledInOnce();
     void pagesHaveNoIds();
     void ticksWithoutAPlaceAreLeftOut();
-    void noScaleNoPage();
+    void needsAScale();
 };
 
 namespace {
@@ -135,7 +135,7 @@ void tst_LivePage::ticksWithoutAPlaceAreLeftOut()
     QVERIFY(!page.contains("nan,"));
 }
 
-void tst_LivePage::noScaleNoPage()
+void tst_LivePage::needsAScale()
 {
     QCOMPARE(pageOf(u"Gauge"_s, {{u"Face"_s, {}}}, {}, {}), QByteArray());
 }
