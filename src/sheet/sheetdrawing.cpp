@@ -2,6 +2,7 @@
 
 #include "render/drawingsize.h"
 #include "render/gaugepainter.h"
+#include "sheet/sheetcaption.h"
 
 #include <QBuffer>
 #include <QFontMetricsF>
@@ -49,24 +50,25 @@ private:
     void paintCross(QPointF centre, double radius);
     void paintHole(const DialHole &hole);
     void paintCropMarks(double side);
-    /// Draws one line of text in the middle of a box. Shortens @a text but not @a rest to the box's width.
-    void paintText(const QRectF &box, const QString &text, const QString &rest = QString());
+    /// Draws a line of text in the middle of a box, as sheetCaption() fits it in.
+    void paintText(const QRectF &box, const QString &name, const QString &remarks = QString());
 
     QPainter &m_painter;
     const Sheet &m_sheet;
 };
 
-void SheetPainter::paintText(const QRectF &box, const QString &text, const QString &rest)
+void SheetPainter::paintText(const QRectF &box, const QString &name, const QString &remarks)
 {
     // Metrics of a large font are exact. The painter scales it down.
     constexpr int pixelSize = 1000;
-    constexpr double scale = textHeight / pixelSize;
+    constexpr double fullScale = textHeight / pixelSize;
     QFont font(QFont(QStringLiteral("Sans Serif")), m_painter.device());
     font.setPixelSize(pixelSize);
     font.setHintingPreference(QFont::PreferNoHinting);
     const QFontMetricsF metrics(font, m_painter.device());
-    const double space = box.width() / scale - metrics.horizontalAdvance(rest);
-    const QString line = metrics.elidedText(text, Qt::ElideMiddle, space) + rest;
+    const SheetCaption caption = sheetCaption(name, remarks, box.width() / fullScale, metrics);
+    const QString &line = caption.text;
+    const double scale = fullScale * caption.scale;
     const QPointF start(-metrics.horizontalAdvance(line) / 2.0, (metrics.ascent() - metrics.descent()) / 2.0);
 
     m_painter.save();

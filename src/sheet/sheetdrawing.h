@@ -17,7 +17,7 @@ struct SheetDial
     QRectF bounds;         ///< Around the centre. The caption is at the bottom.
     SheetPlace place;
     bool mirrored = false;
-    QString name;    ///< The first part of the caption, which is shortened when there is no space.
+    QString name;    ///< The first part of the caption, which is shortened if there is no space.
     QString remarks; ///< The other part.
 };
 
@@ -37,7 +37,7 @@ struct Sheet
 /// cut off.
 [[nodiscard]] QByteArray sheetPdf(const Sheet &sheet);
 
-/// Roughly the number of bytes of sheetPdf(). Rather too large than too small.
+/// An estimate of the size of sheetPdf() in bytes, usually too large.
 [[nodiscard]] double sheetPdfSize(const Sheet &sheet);
 
 #endif

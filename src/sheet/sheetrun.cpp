@@ -58,8 +58,7 @@ SheetDial dialAtTrueSize(const SheetFile &file, const SheetOptions &options, boo
     dial.diameter = size;
     dial.bounds = dialBounds(size, options.measure, options.marks, mirrored);
     dial.mirrored = mirrored;
-    dial.remarks =
-        QStringLiteral(", ") + lengthText(size) + (mirrored ? QStringLiteral(", mirrored") : QString());
+    dial.remarks = lengthText(size) + (mirrored ? QStringLiteral(", mirrored") : QString());
     return dial;
 }
 
