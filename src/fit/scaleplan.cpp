@@ -18,7 +18,8 @@ constexpr double maxSweep = 359.99;
 /// Where a sweep may end, in parts of the largest error off the mark's angle. The best is the first.
 constexpr std::array<double, 9> departures{0.0, 0.25, -0.25, 0.5, -0.5, 0.75, -0.75, 1.0, -1.0};
 
-/// If this large an error is allowed, sweeps end at hundredths of a degree, as the editor shows them.
+/// If errors of at least this many degrees are allowed, sweeps end at hundredths of a degree, as the editor
+/// shows them.
 constexpr double minRoundedError = 0.05;
 
 /// With such ends, an error cannot be much smaller.

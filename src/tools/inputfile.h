@@ -12,8 +12,8 @@
 /// Reads standard input to its end in the same way.
 [[nodiscard]] QString readStandardInput(qint64 maxSize, QByteArray &bytes, const QString &limitOption = {});
 
-/// Why @a bytes are no gauge file, although gaugeFile::read() may accept them: the older form has no
-/// signature, and its reader takes any text with enough commas. Empty when there is no objection.
+/// Returns why @a bytes are not a gauge file, although gaugeFile::read() may accept them: the older form has
+/// no signature, and its reader takes any text with enough commas. Empty when there is no objection.
 [[nodiscard]] QString checkIsGauge(const QByteArray &bytes);
 
 #endif

@@ -21,8 +21,8 @@ struct WriteResult
     QString reason; ///< Why not. Empty when it was written or an existing file was kept.
 };
 
-/// What writeOutputFile() would do to a file that already exists, without doing it. Returns nothing to write
-/// and no reason when the file is kept.
+/// Returns what writeOutputFile() would do to a file that already exists, without doing it. If the file is
+/// kept, written is false and reason is empty.
 [[nodiscard]] WriteResult checkOutputFile(const QString &path, ExistingFile existing);
 
 /// Writes a file whole or not at all, and creates its folder. Only regular files are replaced, and only with

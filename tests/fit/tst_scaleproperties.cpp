@@ -96,7 +96,7 @@ QString faultOf(const FitRequest &request)
     return faultOfDrawnScale(fit.layers, curve, request.marks, request.maxError);
 }
 
-/// Returns simpler wishes: with fewer points or labels, or without divisions.
+/// Returns simpler requests: with fewer points or labels, or without divisions.
 QList<FitRequest> simplerRequests(const FitRequest &request)
 {
     QList<FitRequest> simpler;
