@@ -11,7 +11,6 @@
 #include "fit/scalemarks.h"
 #include "fit/tablereader.h"
 #include "model/gaugefile.h"
-#include "model/layerselection.h"
 #include "render/labels.h"
 #include "render/sweep.h"
 #include "tools/gaugeinput.h"
@@ -30,7 +29,6 @@
 namespace {
 
 constexpr qint64 maxTableSize = 1; // MiB
-constexpr qint64 maxGaugeSize = 64;
 
 const QLatin1String standardStream("-");
 
@@ -98,10 +96,10 @@ QString chooseMarks(const FitOptions &options, const ScaleCurve &curve, const ga
         const QString text = QString::number(label, 'g', 15);
         if (std::isnan(curve.angle(label)))
             return QStringLiteral("the label %1 is beyond %2 (--extrapolate allows this)").arg(text, points);
-        if (!isWrittenExactly(label, maxLabelDecimals))
+        if (!isWrittenExactly(label, maxFormDecimals))
             return QStringLiteral("the label %1 needs more than %2 decimals; use another unit")
                 .arg(text)
-                .arg(maxLabelDecimals);
+                .arg(maxFormDecimals);
     }
     const int neededDecimals = labelDecimals(marks.labels);
     marks.decimals = options.decimals >= 0 ? options.decimals : neededDecimals;
@@ -256,17 +254,14 @@ QString makeGauge(const FitOptions &options)
 QString readCheckedLayers(const FitOptions &options, QList<gaugeLayer> &layers)
 {
     constexpr qint64 maxCheckedLabels = 1'000'000;
-    QByteArray bytes;
-    QString reason = readInputFile(options.checkedGauge, maxGaugeSize, bytes);
-    if (reason.isEmpty())
-        reason = readGauge(bytes, QFileInfo(options.checkedGauge).completeBaseName(), layers);
+    QString reason = readGaugeFile(options.checkedGauge, defaultMaxGaugeSize, layers);
     if (!reason.isEmpty())
         return reason;
     if (!options.checkedLayers.isEmpty()) {
-        QString unknown;
-        const QList<qsizetype> rows = findLayers(options.checkedLayers, layers, unknown);
-        if (rows.isEmpty() || !unknown.isNull())
-            return describeUnknownLayer(unknown, layers);
+        QList<qsizetype> rows;
+        reason = selectLayers(options.checkedLayers, layers, rows);
+        if (!reason.isEmpty())
+            return reason;
         QList<gaugeLayer> selected;
         for (const qsizetype row : rows)
             selected.append(layers.at(row));

@@ -2,10 +2,8 @@
 
 #include "fit/fitoptions.h"
 #include "fit/scalecurve.h"
-#include "model/layerselection.h"
 #include "render/gaugepainter.h"
 #include "tools/gaugeinput.h"
-#include "tools/inputfile.h"
 
 #include <QFileInfo>
 
@@ -14,17 +12,7 @@
 
 namespace {
 
-constexpr qint64 maxGaugeSize = 64; // MiB, as for the exporter
 constexpr double defaultRangeWidth = 8.0;
-
-QString readGaugeFile(const QString &path, QList<gaugeLayer> &layers)
-{
-    QByteArray bytes;
-    QString reason = readInputFile(path, maxGaugeSize, bytes);
-    if (reason.isEmpty())
-        reason = readGauge(bytes, QFileInfo(path).completeBaseName(), layers);
-    return reason.isEmpty() ? QString() : path + QLatin1String(": ") + reason;
-}
 
 bool showsLabels(const gaugeLayer &layer)
 {
@@ -38,21 +26,21 @@ const gaugeData &firstScale(const QList<gaugeLayer> &layers)
     return found == layers.cend() ? layers.constFirst().data : found->data;
 }
 
-/// Reads the look from FILE or FILE:LAYER. Returns the reason for a failure.
+/// Reads the look from FILE or FILE:LAYER. Returns the reason for a failure, without the file.
 QString readStyle(const QString &style, gaugeData &look)
 {
     const QString file = styleFile(style);
     const QString layer = style.sliced(file.size()).sliced(file == style ? 0 : 1);
     QList<gaugeLayer> layers;
-    QString reason = readGaugeFile(file, layers);
+    QString reason = readGaugeFile(file, defaultMaxGaugeSize, layers);
     if (!reason.isEmpty())
         return reason;
     look = firstScale(layers);
     if (!layer.isEmpty()) {
-        QString unknown;
-        const QList<qsizetype> rows = findLayers(layer, layers, unknown);
-        if (rows.isEmpty() || !unknown.isNull())
-            return file + QLatin1String(": ") + describeUnknownLayer(unknown, layers);
+        QList<qsizetype> rows;
+        reason = selectLayers(layer, layers, rows);
+        if (!reason.isEmpty())
+            return reason;
         look = layers.at(rows.constFirst()).data;
     }
     look.arcAngleLength = {};
@@ -72,10 +60,10 @@ void copyArcs(const gaugeData &from, gaugeData &to)
 /// Takes the layers to replace out of the gauge. Returns the reason for a failure.
 QString takeLayers(const QString &wanted, ScalePlace &place)
 {
-    QString unknown;
-    QList<qsizetype> rows = findLayers(wanted, place.layers, unknown);
-    if (rows.isEmpty() || !unknown.isNull())
-        return describeUnknownLayer(unknown, place.layers);
+    QList<qsizetype> rows;
+    QString reason = selectLayers(wanted, place.layers, rows);
+    if (!reason.isEmpty())
+        return reason;
     std::ranges::sort(rows);
 
     QList<gaugeLayer> kept;
@@ -146,16 +134,17 @@ ScalePlace readScalePlace(const FitOptions &options)
     ScalePlace place;
     place.look = plainLook();
     if (!options.into.isEmpty()) {
-        place.failure = readGaugeFile(options.into, place.layers);
-        if (place.failure.isEmpty()) {
-            const QString reason = takeLayers(options.replace, place);
-            if (!reason.isEmpty())
-                place.failure = options.into + QLatin1String(": ") + reason;
-        }
+        QString reason = readGaugeFile(options.into, defaultMaxGaugeSize, place.layers);
+        if (reason.isEmpty())
+            reason = takeLayers(options.replace, place);
+        if (!reason.isEmpty())
+            place.failure = options.into + QLatin1String(": ") + reason;
     }
     if (place.failure.isEmpty() && !options.style.isEmpty()) {
         const gaugeData circles = place.look;
-        place.failure = readStyle(options.style, place.look);
+        const QString reason = readStyle(options.style, place.look);
+        if (!reason.isEmpty())
+            place.failure = styleFile(options.style) + QLatin1String(": ") + reason;
         if (!options.into.isEmpty())
             copyArcs(circles, place.look);
     }

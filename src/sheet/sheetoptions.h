@@ -2,6 +2,7 @@
 #define SHEETOPTIONS_H
 
 #include "sheet/sheetlayout.h"
+#include "tools/gaugeinput.h"
 #include "tools/outputfile.h"
 
 #include <QList>
@@ -30,8 +31,8 @@ struct SheetOptions
     ExistingFile existing = ExistingFile::Refuse;
     bool dryRun = false;
     bool quiet = false;
-    quint64 tickLimit = 10'000'000; ///< The maximum number of ticks and arcs of a gauge.
-    qint64 inputLimit = 64;         ///< The maximum size of a gauge file, in MiB.
+    quint64 tickLimit = 10'000'000;          ///< The maximum number of ticks and arcs of a gauge.
+    qint64 inputLimit = defaultMaxGaugeSize; ///< The maximum size of a gauge file, in MiB.
 };
 
 #endif

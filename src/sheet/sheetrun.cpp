@@ -3,7 +3,6 @@
 #include "sheet/sheetdrawing.h"
 #include "sheet/sheetoptions.h"
 #include "tools/gaugeinput.h"
-#include "tools/inputfile.h"
 #include "tools/outputfile.h"
 #include "tools/program.h"
 #include "tools/terminal.h"
@@ -24,11 +23,8 @@ QString lengthText(double millimetres)
 /// Reads the layers of one gauge file. Returns the reason for a failure.
 QString readDial(const QString &path, const SheetOptions &options, QList<gaugeData> &layers)
 {
-    QByteArray bytes;
     QList<gaugeLayer> named;
-    QString reason = readInputFile(path, options.inputLimit, bytes, QStringLiteral("--input-limit"));
-    if (reason.isEmpty())
-        reason = readGauge(bytes, QFileInfo(path).completeBaseName(), named);
+    QString reason = readGaugeFile(path, options.inputLimit, named, QStringLiteral("--input-limit"));
     if (reason.isEmpty())
         reason = checkTickCount(named, options.tickLimit);
     for (const gaugeLayer &layer : std::as_const(named))

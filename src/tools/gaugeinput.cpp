@@ -2,9 +2,11 @@
 
 #include "model/gaugefile.h"
 #include "model/layernames.h"
+#include "model/layerselection.h"
 #include "render/sweep.h"
 #include "tools/inputfile.h"
 
+#include <QFileInfo>
 #include <QLocale>
 
 #include <algorithm>
@@ -17,6 +19,21 @@ QString readGauge(const QByteArray &bytes, const QString &baseName, QList<gaugeL
         return reason;
     nameUnnamedLayers(layers, baseName, LoadInto::CurrentRow, 1); // as in a new window, which has one row
     return {};
+}
+
+QString readGaugeFile(const QString &path, qint64 maxSize, QList<gaugeLayer> &layers,
+                      const QString &limitOption)
+{
+    QByteArray bytes;
+    const QString reason = readInputFile(path, maxSize, bytes, limitOption);
+    return reason.isEmpty() ? readGauge(bytes, QFileInfo(path).completeBaseName(), layers) : reason;
+}
+
+QString selectLayers(const QString &wanted, const QList<gaugeLayer> &layers, QList<qsizetype> &rows)
+{
+    QString unknown;
+    rows = findLayers(wanted, layers, unknown);
+    return rows.isEmpty() || !unknown.isNull() ? describeUnknownLayer(unknown, layers) : QString();
 }
 
 QString checkTickCount(const QList<gaugeLayer> &layers, quint64 limit)

@@ -18,7 +18,6 @@ private Q_SLOTS:
     void readsPaper();
     void readsMargins();
     void readsHoles();
-    void theHelpListsEveryOption();
 };
 
 namespace {
@@ -156,18 +155,6 @@ void tst_SheetCommandLine::readsHoles()
     QCOMPARE(diameters, QList<double>({3.2, 8.0, 5.0}));
     // Upwards on the command line is towards the top of the page.
     QCOMPARE(places, QList<QPointF>({{-1.0, 28.0}, {0.0, 0.0}, {2.0, -9.0}}));
-}
-
-void tst_SheetCommandLine::theHelpListsEveryOption()
-{
-    const SheetCommandLine result = parse("--help");
-    QCOMPARE(result.outcome, SheetCommandLine::Outcome::ShowText);
-    for (const char *option : {"--output",  "--paper",      "--landscape",   "--margins",   "--gap",
-                               "--mm",      "--mm-of",      "--cut-circles", "--cut-marks", "--centre-cross",
-                               "--drill",   "--hole",       "--mirror",      "--caption",   "--contact",
-                               "--columns", "--fonts",      "--overwrite",   "--keep",      "--dry-run",
-                               "--quiet",   "--tick-limit", "--input-limit", "--help",      "--version"})
-        QVERIFY2(result.text.contains(QLatin1String(option)), option);
 }
 
 ADD_TEST_CLASS(tst_SheetCommandLine)
