@@ -49,8 +49,9 @@ QString quotedName(const CheckedMark &mark)
 /// Returns one line of JSON in ASCII. Characters that a terminal must not get are escaped like all others.
 QString line(const QJsonObject &object)
 {
+    const QString json = QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
     QString text;
-    for (const QChar character : QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact))) {
+    for (const QChar character : json) {
         // Outside of texts, JSON has none of these.
         if (character < u' ' || character > u'~')
             text += QStringLiteral("\\u%1").arg(ushort(character.unicode()), 4, 16, QLatin1Char('0'));
