@@ -54,8 +54,9 @@ QString alreadyWritten(const QString &path, const QString &gauge)
 QString fileNamePart(const QString &scale)
 {
     constexpr qsizetype maxLength = 60; // file names have up to 255 bytes, a character up to 3
+    const QString start = scale.left(maxLength);
     QString part;
-    for (const QChar character : scale.left(maxLength)) {
+    for (const QChar character : start) {
         const bool isAllowed = character.isPrint() && !character.isSurrogate() &&
                                !QStringLiteral("/\\:*?\"<>|").contains(character);
         part += isAllowed ? character : QLatin1Char('_');
