@@ -107,7 +107,7 @@ QList<double> chooseLabels(const ScaleCurve &curve, const gaugeData &look)
     const QList<int> allDigits{1, 5, 2};
     for (const QList<int> &digits : {allDigits, QList<int>{1, 5}, QList<int>{1}}) {
         const QList<double> numbers = roundNumbers(curve, digits);
-        const QList<double> kept = withoutOverlaps(numbers, curve, look);
+        QList<double> kept = withoutOverlaps(numbers, curve, look);
         if (kept.size() >= minCount && kept.size() == numbers.size())
             return kept;
     }
