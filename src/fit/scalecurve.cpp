@@ -34,8 +34,8 @@ std::function<double(double)> straightLines(const QList<QPointF> &points)
 /// Returns the monotone cubic function through @a points.
 std::function<double(double)> monotoneCubic(const QList<QPointF> &points)
 {
-    // Boost divides squares of distances by differences of angles, which gives 0 for the distances at steep
-    // jumps. A power of two larger, they keep all their digits.
+    // Boost divides squares of distances by differences of angles. Where the angle jumps, the result would be
+    // too small for a double. All values are multiplied by a power of two, which is exact.
     constexpr double factor = 0x1p300;
     std::vector<double> values;
     std::vector<double> angles;
@@ -44,8 +44,8 @@ std::function<double(double)> monotoneCubic(const QList<QPointF> &points)
         angles.push_back(angle);
     };
     // One more point at each end, on the line through the last two, does not change the curve between the
-    // points. Boost needs at least four points, and the caller may have only two. The new point is twice as
-    // far away as the next one: a sum with the distance of neighbouring numbers can be rounded to the end.
+    // points. Boost needs at least four points, and the caller may have only two. The new point is at
+    // twice the distance of the last two: at the same distance, it could be rounded to the last point.
     const QPointF first = points.first() + 2.0 * (points.first() - points.at(1));
     const QPointF last = points.last() + 2.0 * (points.last() - points.at(points.size() - 2));
     append(first.x(), first.y());

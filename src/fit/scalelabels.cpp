@@ -62,7 +62,7 @@ QList<double> withoutOverlaps(const QList<double> &values, const ScaleCurve &cur
 /// digit first.
 QList<double> roundNumbers(const ScaleCurve &curve, const QList<int> &digits)
 {
-    // Below the largest number. Near 0 more of them only crowd.
+    // Below the largest number. Near 0, labels of more decades would overlap.
     const int decades = curve.minValue() <= 0.0 && curve.maxValue() >= 0.0 ? 4 : 12;
     const double largest = std::max(std::abs(curve.minValue()), std::abs(curve.maxValue()));
     const int top = static_cast<int>(std::floor(std::log10(largest)));

@@ -17,9 +17,9 @@ using LabelPair = std::pair<QString, QString>;
 [[nodiscard]] QList<LabelPair> overlappingLabels(const QList<gaugeLayer> &layers);
 
 /// Returns 5 to 12 round numbers between the ends of the curve whose labels do not overlap: equal steps of 1,
-/// 2 or 5 times a power of ten, as many as fit; or, where these crowd at one end, numbers that are 0 or 1, 2
-/// or 5 times a power of ten themselves, with the same digits in each decade if possible. When neither gives
-/// 5, the smallest number of equal steps.
+/// 2 or 5 times a power of ten, as many as fit; or, where these overlap at one end, numbers that are 0 or 1,
+/// 2 or 5 times a power of ten themselves, with the same digits in each decade if possible. When neither
+/// gives 5, the smallest number of equal steps.
 [[nodiscard]] QList<double> chooseLabels(const ScaleCurve &curve, const gaugeData &look);
 
 #endif

@@ -26,7 +26,7 @@ struct ScaleMarks
 /// gives at most @a maxCount labels. Empty if no step gives two labels, or if the arguments are not finite.
 [[nodiscard]] QList<double> roundLabels(double min, double max, int maxCount);
 
-/// The most decimals of labels, which the editor's form can set.
+/// The maximum number of decimals that the editor's form can set.
 inline constexpr int maxFormDecimals = 6;
 
 /// Returns whether @a label is written exactly with @a decimals decimals.

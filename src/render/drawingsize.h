@@ -5,7 +5,7 @@
 
 struct gaugeData;
 
-/// The number of digits before the decimal point, with a fraction. 1 for NaN.
+/// About the number of digits before the decimal point: the logarithm to base 10, plus 1. 1 for NaN.
 [[nodiscard]] double digitCount(double number);
 
 /// The number of digits before the decimal point of the layer's largest tick value.

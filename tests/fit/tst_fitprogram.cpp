@@ -310,8 +310,8 @@ void tst_FitProgram::choosesLabels_data()
     QTest::newRow("six decades") << sixDecades << u"--minor=1"_s
                                  << u"1 10 100 1000 10000 100000 1000000"_s.split(u' ');
     const QStringList ofDecades = u"1 2 5 10 20 50 100 200 500 1000"_s.split(u' ');
-    QTest::newRow("steps crowd") << logarithm << u"--minor=1"_s << ofDecades;
-    QTest::newRow("steps crowd on an endless curve") << logarithm << u"--extrapolate"_s << ofDecades;
+    QTest::newRow("steps overlap") << logarithm << u"--minor=1"_s << ofDecades;
+    QTest::newRow("steps overlap, extrapolated") << logarithm << u"--extrapolate"_s << ofDecades;
 }
 
 void tst_FitProgram::choosesLabels()

@@ -33,8 +33,8 @@ private Q_SLOTS:
     void twoPointsGiveALine_data() { kinds(); }
     void twoPointsGiveALine();
     void threePointsGiveACurve();
-    void pointsCanBeNeighbours_data();
-    void pointsCanBeNeighbours();
+    void pointsCanBeAdjacentNumbers_data();
+    void pointsCanBeAdjacentNumbers();
     void slopesOfTheSmoothCurve();
     void straightLines();
     void endsAtThePoints();
@@ -106,7 +106,7 @@ void tst_ScaleCurve::threePointsGiveACurve()
     QCOMPARE(curve.angle(1.5), 30.0 + (16.0 - 40.0) / 8.0);
 }
 
-void tst_ScaleCurve::pointsCanBeNeighbours_data()
+void tst_ScaleCurve::pointsCanBeAdjacentNumbers_data()
 {
     QTest::addColumn<QList<QPointF>>("points");
     // Numbers below a power of two are closer together than those above.
@@ -120,7 +120,7 @@ void tst_ScaleCurve::pointsCanBeNeighbours_data()
         {0.0, 0.0}, {1e-240, 10.0}, {2e-240, 36'000.0}, {1e15, 36'001.0}};
 }
 
-void tst_ScaleCurve::pointsCanBeNeighbours()
+void tst_ScaleCurve::pointsCanBeAdjacentNumbers()
 {
     QFETCH(const QList<QPointF>, points);
     const ScaleCurve curve(points);

@@ -108,7 +108,7 @@ void tst_TableReader::readsExportedTables_data()
     scale.midpointBias = false;
     scale.tickCountStart = 0.0;
     QTest::newRow("a jump at 0") << QList<gaugeData>{scale};
-    // The last two values are neighbours, and the last is a power of two.
+    // No number lies between the last two values, and the last is a power of two.
     scale.tickCountIncrement = 1.0;
     for (const auto &[divisions, bias] : {std::pair(4, 0.01), {8, 0.02}, {8, 0.05}}) {
         scale.divisionCount[0] = divisions;
