@@ -12,7 +12,7 @@
 namespace {
 
 /// The part of the range by which a value may be outside and still count as its end.
-constexpr double tolerance = 1e-9;
+constexpr double rangeTolerance = 1e-9;
 
 /// Returns the angle at @a value on the line through @a a and @a b.
 double onLine(const QPointF &a, const QPointF &b, double value)
@@ -75,7 +75,7 @@ double ScaleCurve::angle(double value) const
                      : onLine(m_points.last(), m_points.at(m_points.size() - 2), value);
     }
     const double outside = below ? minValue() - value : value - maxValue();
-    if (outside <= tolerance * (maxValue() - minValue()))
+    if (outside <= rangeTolerance * (maxValue() - minValue()))
         return below ? m_points.first().y() : m_points.last().y();
     return std::numeric_limits<double>::quiet_NaN();
 }

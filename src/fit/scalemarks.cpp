@@ -8,7 +8,7 @@
 namespace {
 
 /// The part of a step by which a label may be outside of the range, because of rounding errors.
-constexpr double tolerance = 1e-9;
+constexpr double stepTolerance = 1e-9;
 
 /// Removes the rounding error of a product: 3 * 0.1 is not the number that is written 0.3.
 double rounded(double label)
@@ -22,8 +22,8 @@ QList<double> steppedLabels(double min, double max, double step)
 {
     if (!std::isfinite(min) || !std::isfinite(max) || !std::isfinite(step) || step <= 0.0)
         return {};
-    const double first = std::ceil(min / step - tolerance);
-    const double last = std::floor(max / step + tolerance);
+    const double first = std::ceil(min / step - stepTolerance);
+    const double last = std::floor(max / step + stepTolerance);
     const bool valid = last >= first && last - first < maxLabelCount; // not true for NaN
     if (!valid)
         return {};

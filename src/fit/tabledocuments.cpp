@@ -57,7 +57,7 @@ void readEntries(QXmlStreamReader &reader, TableRows &table)
     }
 }
 
-TableRows failed(const QString &failure)
+TableRows failedTable(const QString &failure)
 {
     return {.failure = failure};
 }
@@ -71,22 +71,22 @@ TableRows readXmlRows(const QByteArray &xml)
     TableRows table{.isExported = true};
     int interpolationCount = 0;
     if (reader.readNextStartElement() && reader.name() != QLatin1String("PropertyList"))
-        return failed(QStringLiteral("%1: the XML is no angle table: its root is not \"PropertyList\"")
-                          .arg(lineOf(reader)));
+        return failedTable(QStringLiteral("%1: the XML is no angle table: its root is not \"PropertyList\"")
+                               .arg(lineOf(reader)));
     while (reader.readNextStartElement()) {
         if (reader.name() != QLatin1String("interpolation")) {
             reader.skipCurrentElement();
             continue;
         }
         if (++interpolationCount > 1)
-            return failed(
+            return failedTable(
                 QStringLiteral("%1: a second \"interpolation\"; a table has one").arg(lineOf(reader)));
         readEntries(reader, table);
         if (!table.failure.isEmpty())
             return table;
     }
     if (reader.hasError())
-        return failed(QStringLiteral("%1: %2").arg(lineOf(reader), reader.errorString()));
+        return failedTable(QStringLiteral("%1: %2").arg(lineOf(reader), reader.errorString()));
     table.lastPlace = lineOf(reader);
     return table;
 }
@@ -96,15 +96,15 @@ TableRows readJsonRows(const QByteArray &json)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError) {
-        return failed(QStringLiteral("line %1: %2")
-                          .arg(json.left(error.offset).count('\n') + 1)
-                          .arg(error.errorString()));
+        return failedTable(QStringLiteral("line %1: %2")
+                               .arg(json.left(error.offset).count('\n') + 1)
+                               .arg(error.errorString()));
     }
     const QJsonArray scales = document.object().value(QLatin1String("scales")).toArray();
     if (scales.size() != 1) {
         const QString hint =
             scales.size() > 1 ? QStringLiteral(" (corvalence-export --scale writes one of them)") : QString();
-        return failed(
+        return failedTable(
             QStringLiteral("line 1: the JSON is no table of one scale: \"scales\" has %1 elements%2")
                 .arg(QString::number(scales.size()), hint));
     }
@@ -116,14 +116,15 @@ TableRows readJsonRows(const QByteArray &json)
         TableRow row;
         row.place = QStringLiteral("point %1").arg(table.rows.size() + 1);
         if (point.size() != 2 || !point.at(0).isDouble() || !point.at(1).isDouble()) {
-            return failed(QStringLiteral("%1: it is not a pair of numbers, value and angle").arg(row.place));
+            return failedTable(
+                QStringLiteral("%1: it is not a pair of numbers, value and angle").arg(row.place));
         }
         for (const auto &[number, value] :
              {std::pair(&row.value, point.at(0)), {&row.reading, point.at(1)}}) {
             const QString text = QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
             const QString failure = readTableNumber(text, *number);
             if (!failure.isEmpty())
-                return failed(row.place + QLatin1String(": ") + failure);
+                return failedTable(row.place + QLatin1String(": ") + failure);
         }
         table.rows.append(row);
     }

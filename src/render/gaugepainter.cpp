@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr double centre = canvasSize / 2.0;
+constexpr double canvasCentre = canvasSize / 2.0;
 constexpr double dotDiameter = 6.0;
 constexpr double labelBoxSide = 100.0;
 
@@ -34,7 +34,7 @@ public:
     /// Returns the point at @a radius canvas units from the centre.
     [[nodiscard]] QPointF pointAt(double radius) const
     {
-        return {centre + radius * m_cosine, centre - radius * m_sine};
+        return {canvasCentre + radius * m_cosine, canvasCentre - radius * m_sine};
     }
 
 private:
@@ -79,7 +79,7 @@ Qt::PenCapStyle capStyle(bool rounded)
 
 void paintCentreDot(QPainter &painter)
 {
-    constexpr double corner = centre - dotDiameter / 2.0;
+    constexpr double corner = canvasCentre - dotDiameter / 2.0;
     painter.setBrush(QBrush(Qt::white, Qt::SolidPattern));
     painter.drawEllipse(QRectF(corner, corner, dotDiameter, dotDiameter));
     painter.setBrush(QBrush(Qt::white, Qt::NoBrush));
@@ -94,9 +94,9 @@ void paintArcs(const Canvas &canvas, const gaugeData &layer)
         const auto [radius, width] =
             canvas.limits.arc(faceRadius * layer.arcRadius[arc], layer.arcWidth[arc]);
         canvas.painter.setPen(canvas.pen(layer.arcColor[arc], width, cap));
-        canvas.painter.drawArc(QRectF(centre - radius, centre - radius, 2.0 * radius, 2.0 * radius),
-                               sixteenths(90.0 - layer.arcStartAngle[arc]),
-                               sixteenths(-layer.arcAngleLength[arc]));
+        canvas.painter.drawArc(
+            QRectF(canvasCentre - radius, canvasCentre - radius, 2.0 * radius, 2.0 * radius),
+            sixteenths(90.0 - layer.arcStartAngle[arc]), sixteenths(-layer.arcAngleLength[arc]));
     }
 }
 
@@ -235,9 +235,9 @@ void paintGauge(QPainter &painter, int size, const QList<gaugeData> &layers, con
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size * sizePerUnit, size * sizePerUnit);
     if (style.rotation != 0.0) {
-        painter.translate(centre, centre);
+        painter.translate(canvasCentre, canvasCentre);
         painter.rotate(style.rotation);
-        painter.translate(-centre, -centre);
+        painter.translate(-canvasCentre, -canvasCentre);
     }
     if (style.centreDot)
         paintCentreDot(painter);

@@ -131,7 +131,7 @@ private:
 
 /// By how much a line may leave the strip in units of maxError, so that rounding does not matter where it
 /// touches the edge.
-constexpr double rounding = 1e-9;
+constexpr double edgeTolerance = 1e-9;
 constexpr double roundingMargin = 1e-6;
 
 /// A line of the result, and the part of it on which the next line may begin.
@@ -165,7 +165,7 @@ public:
     /// Whether all lines pass beyond this point of an edge.
     [[nodiscard]] bool allPassBeyond(Side side, const QPointF &point) const
     {
-        return outwards(side) * (m_steepest[opposite(side)].at(point.x()) - point.y()) > rounding;
+        return outwards(side) * (m_steepest[opposite(side)].at(point.x()) - point.y()) > edgeTolerance;
     }
 
     /// The steepest line that the right of this edge limits.

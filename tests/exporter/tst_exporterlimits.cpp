@@ -1,12 +1,11 @@
 #include "exporterrun.h"
 #include "model/gaugedata.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTest>
-
-#include <limits>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -140,7 +139,6 @@ void tst_ExporterLimits::limitsInput()
 void tst_ExporterLimits::limitsTicksAndArcs()
 {
     // The rules for ticks are those of totalTickCount(), which has tests of its own.
-    constexpr int maxInt = std::numeric_limits<int>::max();
     gaugeData data;
     data.divisionCount = {2, 3, 4};
     data.arcAngleLength = {10.0, 0.0, 10.0, 10.0}; // an arc without length is not drawn

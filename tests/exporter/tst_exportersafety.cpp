@@ -1,5 +1,6 @@
 #include "exporterrun.h"
 #include "model/gaugefile.h"
+#include "support/namedvalues.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "tools/inputfile.h"
@@ -10,7 +11,6 @@
 #include <QTest>
 
 #include <atomic>
-#include <limits>
 #include <thread>
 #include <vector>
 
@@ -145,11 +145,10 @@ void tst_ExporterSafety::exportsNothingOfWhatIsNoGauge()
 
 void tst_ExporterSafety::acceptsWhatEarlierVersionsWrote()
 {
-    constexpr int maxInt = std::numeric_limits<int>::max();
     gaugeData extreme = sampleLayer();
     extreme.startAngle = -1e300;
     extreme.divisionCount = {-maxInt - 1, maxInt, 0};
-    extreme.divisionLineWidth[0] = std::numeric_limits<double>::infinity();
+    extreme.divisionLineWidth[0] = infinity;
     extreme.tickCountDecimalPlaces = maxInt;
     extreme.tickCountColor = QColor();
     for (const gaugeData &data : {gaugeData(), sampleLayer(), sampleLayer(1), extreme}) {

@@ -1,10 +1,9 @@
 #include "fit/scalemarks.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
 #include <QTest>
-
-#include <limits>
 
 /// Labels at round values.
 class tst_ScaleMarks : public QObject
@@ -63,7 +62,7 @@ void tst_ScaleMarks::roundSteps_data()
     QTest::newRow("twos") << 0.0 << 6.0 << 4 << QList<double>{0.0, 2.0, 4.0, 6.0};
     QTest::newRow("fives") << -5.0 << 10.0 << 4 << QList<double>{-5.0, 0.0, 5.0, 10.0};
     QTest::newRow("tenths") << 0.11 << 0.39 << 3 << QList<double>{0.2, 0.3};
-    QTest::newRow("too close") << 0.0 << std::numeric_limits<double>::denorm_min() << 12 << QList<double>{};
+    QTest::newRow("too close") << 0.0 << smallestDouble << 12 << QList<double>{};
     QTest::newRow("thousands") << 0.0 << 4999.0 << 5 << QList<double>{0.0, 1000.0, 2000.0, 3000.0, 4000.0};
 }
 

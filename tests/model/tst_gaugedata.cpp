@@ -1,4 +1,5 @@
 #include "model/gaugedata.h"
+#include "support/namedvalues.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
@@ -6,7 +7,6 @@
 #include <QTest>
 
 #include <functional>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -71,10 +71,8 @@ void tst_GaugeData::isDefaultComparesWhatIsWritten_data()
     row("demi-bold", false, [](gaugeData &data) { data.tickCountFont.setWeight(QFont::DemiBold); });
     row("oblique", false, [](gaugeData &data) { data.tickCountFont.setStyle(QFont::StyleOblique); });
     row("negative zero", true, [](gaugeData &data) { data.startAngle = -0.0; });
-    row("smallest double", false,
-        [](gaugeData &data) { data.startAngle = std::numeric_limits<double>::denorm_min(); });
-    row("infinity", false,
-        [](gaugeData &data) { data.startAngle = std::numeric_limits<double>::infinity(); });
+    row("smallest double", false, [](gaugeData &data) { data.startAngle = smallestDouble; });
+    row("infinity", false, [](gaugeData &data) { data.startAngle = infinity; });
 }
 
 void tst_GaugeData::isDefaultComparesWhatIsWritten()

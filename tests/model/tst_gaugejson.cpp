@@ -1,4 +1,5 @@
 #include "model/gaugedata.h"
+#include "support/namedvalues.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
@@ -6,8 +7,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -159,8 +158,7 @@ void tst_GaugeJson::allFieldsAreReadBack()
 
 void tst_GaugeJson::nonFiniteNumbersAreNull()
 {
-    for (const double value :
-         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+    for (const double value : {notANumber, infinity}) {
         gaugeData data;
         data.angleLength = value;
         const QJsonObject written = QJsonDocument::fromJson(QJsonDocument(data.toJson()).toJson()).object();
@@ -258,9 +256,9 @@ void tst_GaugeJson::anyNumberIsAccepted()
     for (const GaugeField &field : gaugeFields()) {
         QList<QVariant> values;
         if (field.kind == GaugeField::Number)
-            values = {-7.5, 1e300, std::numeric_limits<double>::denorm_min()};
+            values = {-7.5, 1e300, smallestDouble};
         else if (field.kind == GaugeField::Integer && field.position != GaugeField::insideFont)
-            values = {0, -3, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
+            values = {0, -3, maxInt, minInt};
         for (const QVariant &value : values) {
             const gaugeData data = readInto(gaugeData(), withValueAt({}, field.path, asJson(value)));
             QCOMPARE(field.get(data), value);

@@ -1,4 +1,5 @@
 #include "model/gaugedata.h"
+#include "support/namedvalues.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
@@ -7,8 +8,6 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -168,13 +167,13 @@ void tst_GaugeText::fieldsAreConverted()
         {GaugeField::Number, "12deg", 0.0},
         {GaugeField::Number, " 12.5 ", 12.5},
         {GaugeField::Number, "-1.25e2", -125.0},
-        {GaugeField::Number, "1e999", std::numeric_limits<double>::infinity()},
+        {GaugeField::Number, "1e999", infinity},
         {GaugeField::Integer, "many", 0},
         {GaugeField::Integer, "2.5", 0},
         {GaugeField::Integer, "0x10", 0},
         {GaugeField::Integer, "010", 10},
         {GaugeField::Integer, "-7", -7},
-        {GaugeField::Integer, "2147483647", std::numeric_limits<int>::max()},
+        {GaugeField::Integer, "2147483647", maxInt},
         {GaugeField::Integer, "2147483648", 0},
         {GaugeField::Flag, "0", false},
         {GaugeField::Flag, "2", true},

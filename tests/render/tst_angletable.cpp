@@ -1,6 +1,7 @@
 #include "model/gaugedata.h"
 #include "render/angletable.h"
 #include "render/keyframes.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -34,11 +34,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr bool exponential = false;
-constexpr bool midpoint = true;
 
 gaugeData biased(double bias, bool curve)
 {
@@ -109,7 +104,7 @@ double largestError(const gaugeData &layer, const QList<QPointF> &table)
 void tst_AngleTable::anglesAreThoseOfTheTicks()
 {
     for (const double length : {-270.0, 123.4, 360.0}) {
-        gaugeData layer = biased(0.3, midpoint);
+        gaugeData layer = biased(0.3, midpointCurve);
         layer.startAngle = -99.9;
         layer.angleLength = length;
         layer.divisionCount[0] = 7;
@@ -126,10 +121,10 @@ void tst_AngleTable::departsByAtMostTheError_data()
     QTest::addColumn<bool>("curve");
     for (const double bias : {0.0, 1e-300, 1e-17, 0.001, 0.01, 0.1, 0.25, 0.4, 0.499, 0.5, 0.6, 0.75, 0.9,
                               0.99, 0.999, 1.0 - 1e-16, 1.0, -0.3, 1.3})
-        QTest::addRow("exponential %g", bias) << bias << exponential;
+        QTest::addRow("exponential %g", bias) << bias << exponentialCurve;
     for (const double bias :
          {-1e300, -1e9, -5.0, -0.2, 0.0, 0.1, 0.25, 0.3, 0.5, 0.6, 0.75, 0.9, 1.0, 1.5, 100.0, 1e9, 1e300})
-        QTest::addRow("midpoint %g", bias) << bias << midpoint;
+        QTest::addRow("midpoint %g", bias) << bias << midpointCurve;
 }
 
 void tst_AngleTable::departsByAtMostTheError()
@@ -172,7 +167,7 @@ void tst_AngleTable::hasTheFewestPoints()
     // This curve is a parabola, length t^2. With s = sqrt(maxError / length), the first and the last line,
     // which end on the curve, span up to (1 + sqrt 2) s. Each other line begins and ends the error below the
     // curve, touches the curve the error above it, and spans up to 2 sqrt(2) s.
-    const gaugeData parabola = biased(0.25, midpoint);
+    const gaugeData parabola = biased(0.25, midpointCurve);
     for (const double maxError : {0.0123, 0.1, 0.77, 3.0}) {
         const double s = std::sqrt(maxError / parabola.angleLength);
         const double innerLines = (1.0 - 2.0 * (1.0 + std::sqrt(2.0)) * s) / (2.0 * std::sqrt(2.0) * s);
@@ -201,7 +196,7 @@ void tst_AngleTable::straightScalesHaveTwoPoints()
 
 void tst_AngleTable::jumpsTakeAdjacentValues()
 {
-    const QList<QPointF> atTheEnd = angleTablePoints(biased(1e-300, exponential), 0.1);
+    const QList<QPointF> atTheEnd = angleTablePoints(biased(1e-300, exponentialCurve), 0.1);
     QCOMPARE(atTheEnd.size(), 3);
     QVERIFY(std::abs(interpolated(atTheEnd, std::nextafter(4.0, 0.0))) <= 0.1);
     QCOMPARE(atTheEnd.constLast(), QPointF(4.0, 120.0));
@@ -209,7 +204,7 @@ void tst_AngleTable::jumpsTakeAdjacentValues()
 
 void tst_AngleTable::valuesAscend()
 {
-    gaugeData layer = biased(0.75, exponential);
+    gaugeData layer = biased(0.75, exponentialCurve);
     layer.divisionCount[0] = 2;
     layer.tickCountStart = 100.0;
     layer.tickCountIncrement = -50.0;
@@ -228,7 +223,7 @@ void tst_AngleTable::noScale_data()
     QTest::newRow("increment 0") << 0.0 << 0.0 << 4 << 120.0;
     QTest::newRow("increment that is lost in the value") << 1e17 << 1.0 << 4 << 120.0;
     QTest::newRow("no division") << 0.0 << 1.0 << 0 << 120.0;
-    QTest::newRow("smallest count") << 0.0 << 1.0 << std::numeric_limits<int>::min() << 120.0;
+    QTest::newRow("smallest count") << 0.0 << 1.0 << minInt << 120.0;
     QTest::newRow("start value") << infinity << 1.0 << 4 << 120.0;
     QTest::newRow("increment") << 0.0 << notANumber << 4 << 120.0;
     QTest::newRow("last value") << 0.0 << 1e308 << 4 << 120.0;
@@ -263,11 +258,11 @@ void tst_AngleTable::hostileRecordsEnd()
     using Field = double gaugeData::*;
     for (const Field field : {&gaugeData::startAngle, &gaugeData::angleLength, &gaugeData::bias,
                               &gaugeData::tickCountStart, &gaugeData::tickCountIncrement}) {
-        for (const bool curve : {exponential, midpoint}) {
+        for (const bool curve : {exponentialCurve, midpointCurve}) {
             for (const double bias : {0.5, 0.97}) {
                 for (const double maxError : {1e-4, 1e308}) {
                     gaugeData layer = biased(bias, curve);
-                    layer.divisionCount[0] = std::numeric_limits<int>::max();
+                    layer.divisionCount[0] = maxInt;
                     layer.*field = number;
                     const QList<QPointF> table = angleTablePoints(layer, maxError);
                     QVERIFY(std::ranges::is_sorted(table, std::ranges::less_equal(), &QPointF::x));
@@ -277,7 +272,7 @@ void tst_AngleTable::hostileRecordsEnd()
             }
         }
     }
-    QCOMPARE(angleTablePoints(biased(0.25, midpoint), 5e-324), QList<QPointF>());
+    QCOMPARE(angleTablePoints(biased(0.25, midpointCurve), 5e-324), QList<QPointF>());
 }
 
 ADD_TEST_CLASS(tst_AngleTable)

@@ -1,4 +1,5 @@
 #include "dial.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -6,7 +7,6 @@
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 /// Where the arcs of a layer are drawn. tst_GaugePainter tests their pens and their order.
 class tst_Arcs : public QObject
@@ -22,11 +22,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr int minInt = std::numeric_limits<int>::min();
-constexpr int maxInt = std::numeric_limits<int>::max();
 
 /// A layer with one arc and without ticks.
 gaugeData layerWithArc(double start, double length)

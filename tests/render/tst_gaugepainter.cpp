@@ -1,5 +1,6 @@
 #include "dial.h"
 #include "render/gaugepainter.h"
+#include "support/namedvalues.h"
 #include "support/records.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
@@ -7,8 +8,6 @@
 #include <QLoggingCategory>
 #include <QPainter>
 #include <QTest>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -88,7 +87,7 @@ void tst_GaugePainter::centreDot()
 
 void tst_GaugePainter::scale()
 {
-    for (const int size : {64, 512, 4096, 0, -512, std::numeric_limits<int>::max()}) {
+    for (const int size : {64, 512, 4096, 0, -512, maxInt}) {
         RecordingDevice device;
         QPainter painter(&device);
         paintGauge(painter, size, {busyLayer(false)});

@@ -1,11 +1,10 @@
 #include "render/gaugeparts.h"
 #include "render/imageexport.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
 #include <QTest>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -144,7 +143,6 @@ void tst_GaugeParts::failures()
 
 void tst_GaugeParts::needleIsAtItsFirstTick_data()
 {
-    constexpr double infinity = std::numeric_limits<double>::infinity();
     QTest::addColumn<gaugeData>("data");
     QTest::addColumn<double>("angle");
     QTest::newRow("a hand") << hand(155.62, 0.8, Qt::red) << 155.62;

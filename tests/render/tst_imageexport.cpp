@@ -1,6 +1,7 @@
 #include "model/gaugedata.h"
 #include "render/gaugepainter.h"
 #include "render/imageexport.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -13,8 +14,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QXmlStreamReader>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -339,7 +338,7 @@ void tst_ImageExport::sizeThatGivesNoPicture_data()
     QTest::newRow("nothing") << 0;
     QTest::newRow("negative") << -64;
     QTest::newRow("one too large") << 32768;
-    QTest::newRow("max int") << std::numeric_limits<int>::max();
+    QTest::newRow("max int") << maxInt;
 }
 
 void tst_ImageExport::sizeThatGivesNoPicture()

@@ -1,13 +1,13 @@
 #include "model/gaugedata.h"
 #include "render/keyframes.h"
 #include "render/sweep.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -28,9 +28,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 gaugeData quarterTurn()
 {
@@ -87,7 +84,7 @@ void tst_Keyframes::frameCounts()
     };
     for (const auto &[length, divisions, frames] :
          {Case{359.0, 4, 5}, Case{360.0, 4, 4}, Case{notANumber, 4, 5}, Case{120.0, 1, 2}, Case{120.0, 0, 0},
-          Case{120.0, std::numeric_limits<int>::min(), 0}}) {
+          Case{120.0, minInt, 0}}) {
         gaugeData layer;
         layer.angleLength = length;
         layer.divisionCount[0] = divisions;

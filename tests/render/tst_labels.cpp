@@ -1,5 +1,6 @@
 #include "dial.h"
 #include "render/gaugepainter.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -9,7 +10,6 @@
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -94,10 +94,8 @@ void tst_Labels::numberFormat()
     // Qt uses six decimals if the precision is negative.
     for (const auto &[value, decimals, text] :
          {Case{7.5, 3, "7.500"_L1}, Case{2.71828, 2, "2.72"_L1}, Case{1e15, 1, "1000000000000000.0"_L1},
-          Case{0.1, 20, "0.10000000000000000555"_L1},
-          Case{std::numeric_limits<double>::quiet_NaN(), 2, "nan"_L1},
-          Case{-std::numeric_limits<double>::infinity(), 2, "-inf"_L1},
-          Case{0.5, std::numeric_limits<int>::min(), "0.500000"_L1}}) {
+          Case{0.1, 20, "0.10000000000000000555"_L1}, Case{notANumber, 2, "nan"_L1},
+          Case{-infinity, 2, "-inf"_L1}, Case{0.5, minInt, "0.500000"_L1}}) {
         gaugeData layer = layerWithLabels();
         layer.tickCountStart = value;
         layer.tickCountDecimalPlaces = decimals;
@@ -108,12 +106,12 @@ void tst_Labels::numberFormat()
 void tst_Labels::decimalsAreLimited()
 {
     gaugeData layer = layerWithLabels();
-    layer.tickCountStart = std::numeric_limits<double>::denorm_min(); // 2^-1074: the last decimal is a 5
+    layer.tickCountStart = smallestDouble; // 2^-1074: the last decimal is a 5
     layer.tickCountDecimalPlaces = 1074;
     const QString complete = paintedTexts(layer).first();
     QCOMPARE(complete.size(), 2 + 1074);
     QVERIFY(complete.endsWith("625"_L1));
-    layer.tickCountDecimalPlaces = std::numeric_limits<int>::max();
+    layer.tickCountDecimalPlaces = maxInt;
     QCOMPARE(paintedTexts(layer).first(), complete);
 }
 

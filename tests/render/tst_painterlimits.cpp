@@ -1,5 +1,6 @@
 #include "dial.h"
 #include "render/gaugepainter.h"
+#include "support/namedvalues.h"
 #include "support/records.h"
 #include "support/testmain.h"
 
@@ -11,7 +12,6 @@
 #include <QXmlStreamReader>
 
 #include <cmath>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -36,13 +36,6 @@ private Q_SLOTS:
 namespace {
 
 using Kind = RecordedCall::Kind;
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double maxDouble = std::numeric_limits<double>::max();
-constexpr double smallestDouble = std::numeric_limits<double>::denorm_min();
-constexpr int minInt = std::numeric_limits<int>::min();
-constexpr int maxInt = std::numeric_limits<int>::max();
 
 /// A layer that fills the inner half of the face with blue.
 gaugeData blueLayer()

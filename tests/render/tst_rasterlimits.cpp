@@ -1,5 +1,6 @@
 #include "dial.h"
 #include "render/rasterlimits.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -7,7 +8,6 @@
 #include <QTest>
 
 #include <functional>
-#include <limits>
 
 /// Lines and arcs that are partly far outside the canvas.
 class tst_RasterLimits : public QObject
@@ -44,7 +44,7 @@ void tst_RasterLimits::imageIsTheSame_data()
     const Setter arcs = [](gaugeData &g, double x) { g.arcRadius = {x, x, x, x}; };
     const Setter lineWidth = [](gaugeData &g, double x) { g.divisionLineWidth = {x, x, x}; };
     const Setter arcWidth = [](gaugeData &g, double x) { g.arcWidth = {x, x, x, x}; };
-    for (const double far : {1e3, 1e9, std::numeric_limits<double>::infinity()}) {
+    for (const double far : {1e3, 1e9, infinity}) {
         QTest::addRow("outer radius %g", far) << outer << far << 9.0;
         QTest::addRow("negative outer radius %g", far) << outer << -far << -9.0;
         QTest::addRow("across the canvas %g", far) << across << far << 9.0;

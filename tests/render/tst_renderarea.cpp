@@ -2,6 +2,7 @@
 #include "render/keyframes.h"
 #include "render/renderarea.h"
 #include "render/sweep.h"
+#include "support/namedvalues.h"
 #include "support/paintcounter.h"
 #include "support/records.h"
 #include "support/testmain.h"
@@ -12,7 +13,6 @@
 #include <QTest>
 
 #include <functional>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -216,7 +216,7 @@ void tst_RenderArea::loadAndSave()
 void tst_RenderArea::invalidRowsAreIgnored()
 {
     for (const int count : {0, 2}) {
-        for (const int row : {-1, count, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+        for (const int row : {-1, count, minInt, maxInt}) {
             RenderArea area;
             area.layers = QList<gaugeData>(count);
             area.workingLayer = sampleLayer();

@@ -1,5 +1,6 @@
 #include "model/gaugedata.h"
 #include "render/sweep.h"
+#include "support/namedvalues.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -9,13 +10,6 @@
 #include <limits>
 
 namespace {
-
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr int minInt = std::numeric_limits<int>::min();
-constexpr int maxInt = std::numeric_limits<int>::max();
-constexpr bool exponential = false;
-constexpr bool midpoint = true;
 
 } // namespace
 
@@ -42,7 +36,7 @@ private Q_SLOTS:
 
 void tst_Sweep::biasHalfIsTheIdentity()
 {
-    for (const bool curve : {exponential, midpoint}) {
+    for (const bool curve : {exponentialCurve, midpointCurve}) {
         // The squares of sixteenths are exact.
         for (int i = 0; i <= 16; ++i)
             QVERIFY(biasedFraction(i / 16.0, 0.5, curve) == i / 16.0);
@@ -60,24 +54,24 @@ void tst_Sweep::biasCurve()
     };
     for (const auto &[t, bias, curve, expected] : {
              // 1 - (1 - t)^(2 bias) for a bias below 0.5, t^(2 (1 - bias)) above.
-             Case{0.75, 0.25, exponential, 0.5},
-             Case{0.25, 0.75, exponential, 0.5},
-             Case{0.9375, 0.125, exponential, 0.5},
-             Case{0.0625, 0.875, exponential, 0.5},
-             Case{0.3, 0.45, exponential, 1.0 - std::pow(0.7, 0.9)},
-             Case{0.3, 0.55, exponential, std::pow(0.3, 0.9)},
-             Case{0.3, 1.5, exponential, 1.0},
-             Case{0.3, -0.5, exponential, 0.0},
+             Case{0.75, 0.25, exponentialCurve, 0.5},
+             Case{0.25, 0.75, exponentialCurve, 0.5},
+             Case{0.9375, 0.125, exponentialCurve, 0.5},
+             Case{0.0625, 0.875, exponentialCurve, 0.5},
+             Case{0.3, 0.45, exponentialCurve, 1.0 - std::pow(0.7, 0.9)},
+             Case{0.3, 0.55, exponentialCurve, std::pow(0.3, 0.9)},
+             Case{0.3, 1.5, exponentialCurve, 1.0},
+             Case{0.3, -0.5, exponentialCurve, 0.0},
              // 2 (1 - t) t k + t^2 with k = 2 bias - 0.5, limited to 0 and 1.
-             Case{0.25, 0.25, midpoint, 0.0625},
-             Case{0.25, 0.75, midpoint, 0.4375},
-             Case{0.75, 0.125, midpoint, 0.46875},
-             Case{0.4375, 0.0, midpoint, 0.0},
-             Case{0.75, 0.0, midpoint, 0.375},
-             Case{0.25, 1.0, midpoint, 0.625},
-             Case{0.5625, 1.0, midpoint, 1.0},
-             Case{0.25, 1.125, midpoint, 0.71875},
-             Case{0.9375, -0.25, midpoint, 0.76171875},
+             Case{0.25, 0.25, midpointCurve, 0.0625},
+             Case{0.25, 0.75, midpointCurve, 0.4375},
+             Case{0.75, 0.125, midpointCurve, 0.46875},
+             Case{0.4375, 0.0, midpointCurve, 0.0},
+             Case{0.75, 0.0, midpointCurve, 0.375},
+             Case{0.25, 1.0, midpointCurve, 0.625},
+             Case{0.5625, 1.0, midpointCurve, 1.0},
+             Case{0.25, 1.125, midpointCurve, 0.71875},
+             Case{0.9375, -0.25, midpointCurve, 0.76171875},
          })
         QCOMPARE(biasedFraction(t, bias, curve), expected);
 }
@@ -85,30 +79,30 @@ void tst_Sweep::biasCurve()
 void tst_Sweep::biasKeepsTheEnds()
 {
     for (const double bias : {1e-300, 0.001, 0.25, 0.4999, 0.5001, 0.75, 0.999, 1.0 - 1e-16}) {
-        QVERIFY(biasedFraction(0.0, bias, exponential) == 0.0);
-        QVERIFY(biasedFraction(1.0, bias, exponential) == 1.0);
+        QVERIFY(biasedFraction(0.0, bias, exponentialCurve) == 0.0);
+        QVERIFY(biasedFraction(1.0, bias, exponentialCurve) == 1.0);
     }
     for (const double bias : {-1e300, -3.0, 0.0, 0.1, 0.9, 1.0, 7.0, 1e300}) {
-        QVERIFY(biasedFraction(0.0, bias, midpoint) == 0.0);
-        QVERIFY(biasedFraction(1.0, bias, midpoint) == 1.0);
+        QVERIFY(biasedFraction(0.0, bias, midpointCurve) == 0.0);
+        QVERIFY(biasedFraction(1.0, bias, midpointCurve) == 1.0);
     }
 }
 
 void tst_Sweep::biasJumpsAtZeroAndOne()
 {
     for (const double t : {0.0, 0.125, 0.5, 1.0}) {
-        QVERIFY(biasedFraction(t, 0.0, exponential) == 1.0);
-        QVERIFY(biasedFraction(t, -0.0, exponential) == 1.0);
-        QVERIFY(biasedFraction(t, 1.0, exponential) == 0.0);
+        QVERIFY(biasedFraction(t, 0.0, exponentialCurve) == 1.0);
+        QVERIFY(biasedFraction(t, -0.0, exponentialCurve) == 1.0);
+        QVERIFY(biasedFraction(t, 1.0, exponentialCurve) == 0.0);
     }
-    QVERIFY(biasedFraction(0.5, 0.001, exponential) < 0.01);
-    QVERIFY(biasedFraction(0.5, 0.999, exponential) > 0.99);
+    QVERIFY(biasedFraction(0.5, 0.001, exponentialCurve) < 0.01);
+    QVERIFY(biasedFraction(0.5, 0.999, exponentialCurve) > 0.99);
 }
 
 void tst_Sweep::biasIsLimited()
 {
     for (const double bias : {-infinity, -1e9, -1.0, 0.0, 0.37, 0.63, 1.0, 2.0, 1e9, infinity}) {
-        for (const bool curve : {exponential, midpoint}) {
+        for (const bool curve : {exponentialCurve, midpointCurve}) {
             for (int i = 1; i < 100; ++i) {
                 const double fraction = biasedFraction(i / 100.0, bias, curve);
                 QVERIFY(fraction >= 0.0 && fraction <= 1.0);
@@ -119,7 +113,7 @@ void tst_Sweep::biasIsLimited()
 
 void tst_Sweep::biasOfNaN()
 {
-    for (const bool curve : {exponential, midpoint}) {
+    for (const bool curve : {exponentialCurve, midpointCurve}) {
         for (const double bias : {0.25, 0.5, 0.75})
             QVERIFY(std::isnan(biasedFraction(notANumber, bias, curve)));
         QVERIFY(std::isnan(biasedFraction(0.5, notANumber, curve)));

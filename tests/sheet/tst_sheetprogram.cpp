@@ -1,11 +1,10 @@
 #include "model/gaugefile.h"
+#include "support/namedvalues.h"
 #include "support/programrun.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
 #include <QTest>
-
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -163,7 +162,7 @@ void tst_SheetProgram::drawsAnyNumbers()
     huge.data.arcWidth = {1e300, 1e9, -1.0, 1e300};
     huge.data.tickCountStart = 1e308;
     huge.data.tickCountIncrement = 1e308;
-    huge.data.tickCountDecimalPlaces = std::numeric_limits<int>::max();
+    huge.data.tickCountDecimalPlaces = maxInt;
     huge.data.tickCountRadius = 1e300;
     huge.data.tickCountFont.setPointSizeF(1e9);
     huge.data.tickCountRotate = true;

@@ -15,6 +15,6 @@ public:
 /// The program runs all its test classes, or the one that its first argument names; other arguments are
 /// those of QTest.
 #define ADD_TEST_CLASS(Class)                                                                                \
-    static const TestClass addedTestClass(#Class, []() -> QObject * { return new Class; });
+    static const TestClass added##Class(#Class, []() -> QObject * { return new Class; });
 
 #endif

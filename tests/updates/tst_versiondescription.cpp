@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A description of exactly @a size bytes.
-QByteArray descriptionOfSize(qsizetype size)
+QByteArray documentOfSize(qsizetype size)
 {
     const QByteArray start = "<d><version>3</version><notes>";
     const QByteArray end = "</notes></d>";
@@ -163,8 +163,8 @@ void tst_VersionDescription::readsUpToTheLimits_data()
 {
     QTest::addColumn<QByteArray>("xml");
     QTest::addColumn<bool>("isRead");
-    QTest::newRow("max size") << descriptionOfSize(maxVersionDescriptionSize) << true;
-    QTest::newRow("one byte more") << descriptionOfSize(maxVersionDescriptionSize + 1) << false;
+    QTest::newRow("max size") << documentOfSize(maxVersionDescriptionSize) << true;
+    QTest::newRow("one byte more") << documentOfSize(maxVersionDescriptionSize + 1) << false;
     QTest::newRow("256 levels") << nested(256) << true;
     QTest::newRow("257 levels") << nested(257) << false;
     QTest::newRow("1000 elements side by side") << "<d>" + nested(2).repeated(1000) + "</d>" << true;
