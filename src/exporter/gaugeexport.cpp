@@ -4,7 +4,6 @@
 #include "exporter/outputnames.h"
 #include "exporter/progress.h"
 #include "exporter/scaleselection.h"
-#include "model/layerselection.h"
 #include "render/imageexport.h"
 #include "tools/gaugeinput.h"
 #include "tools/inputfile.h"
@@ -39,17 +38,18 @@ struct Gauge
 };
 
 /// Removes the layers that are not in @a wanted and keeps the order. Returns the reason for a failure.
-QString selectLayers(QList<gaugeLayer> &layers, const QStringList &wanted)
+QString keepLayers(const QStringList &wanted, QList<gaugeLayer> &layers)
 {
     if (wanted.isEmpty())
         return {};
     QList<bool> isSelected(layers.size(), false);
     for (const QString &value : wanted) {
-        QString unknown;
-        for (const qsizetype row : findLayers(value, layers, unknown))
+        QList<qsizetype> rows;
+        const QString failure = selectLayers(value, layers, rows);
+        if (!failure.isEmpty())
+            return failure;
+        for (const qsizetype row : std::as_const(rows))
             isSelected[row] = true;
-        if (!unknown.isNull())
-            return describeUnknownLayer(unknown, layers);
     }
     QList<gaugeLayer> selected;
     for (qsizetype row = 0; row < layers.size(); ++row) {
@@ -66,7 +66,7 @@ QString readForExport(const QByteArray &bytes, const ExportOptions &options, Gau
 {
     QString reason = readGauge(bytes, gauge.name, gauge.layers);
     if (reason.isEmpty())
-        reason = selectLayers(gauge.layers, options.layers);
+        reason = keepLayers(options.layers, gauge.layers);
     if (reason.isEmpty())
         reason = checkTickCount(gauge.layers, options.tickLimit);
     const auto usesScales = [](const ExportFormat *format) { return format->scales != ScaleUse::None; };

@@ -40,9 +40,13 @@ QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layer
 QString describeUnknownLayer(const QString &name, const QList<gaugeLayer> &layers)
 {
     constexpr qsizetype maxNames = 20;
+    constexpr qsizetype maxLength = 60;
     QStringList names;
-    for (const gaugeLayer &layer : layers.first(std::min(layers.size(), maxNames)))
-        names.append(QStringLiteral("\"%1\"").arg(layer.name));
+    for (const gaugeLayer &layer : layers.first(std::min(layers.size(), maxNames))) {
+        const bool isLong = layer.name.size() > maxLength;
+        const QString shown = isLong ? layer.name.first(maxLength) + QLatin1String("...") : layer.name;
+        names.append(QStringLiteral("\"%1\"").arg(shown));
+    }
     if (layers.size() > maxNames)
         names.append(QStringLiteral("and %1 more").arg(layers.size() - maxNames));
     return QStringLiteral("There is no layer \"%1\". The layers are %2.")

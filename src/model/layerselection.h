@@ -13,7 +13,8 @@ struct gaugeLayer;
 [[nodiscard]] QList<qsizetype> findLayers(const QString &value, const QList<gaugeLayer> &layers,
                                           QString &unknown);
 
-/// A message about a name that no layer has. It lists the names of the layers.
+/// A message about a name that no layer has. It lists the names of the first 20 layers, up to 60 characters
+/// of each.
 [[nodiscard]] QString describeUnknownLayer(const QString &name, const QList<gaugeLayer> &layers);
 
 #endif

@@ -143,6 +143,8 @@ void tst_ExporterFiles::reportsFailures_data()
         many += '"' + QByteArray::number(number) + "\", ";
     row(words("-l Needle Many.gauge"),
         "Many.gauge: There is no layer \"Needle\". The layers are " + many + "and 5 more.\n");
+    row(words("-l Needle Long.gauge"),
+        "Long.gauge: There is no layer \"Needle\". The layers are \"" + QByteArray(60, 'x') + "...\".\n");
     for (const char *name : {"..gauge", ".gauge", "a/...gauge"}) {
         row(words(name),
             name + QByteArray(": Its name has nothing before the suffix (--to names the output).\n"));
@@ -157,6 +159,7 @@ void tst_ExporterFiles::reportsFailures()
     for (int number = 1; number <= 25; ++number)
         many.append(QString::number(number));
     writeGauge(u"Many.gauge"_s, many);
+    writeGauge(u"Long.gauge"_s, {QString(1000, u'x')});
     for (const QString &name : {u"..gauge"_s, u".gauge"_s, u"a/...gauge"_s})
         writeGauge(name);
     const QStringList before = files();
