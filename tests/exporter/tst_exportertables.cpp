@@ -124,6 +124,7 @@ void tst_ExporterTables::chosenLayers_data()
     QTest::newRow("several") << QStringList{u"Scale B"_s, u"Scale A"_s}
                              << QStringList{u"Scale B"_s, u"Scale A"_s};
     QTest::newRow("list") << QStringList{u"Scale A,Scale B"_s} << QStringList{u"Scale A"_s, u"Scale B"_s};
+    QTest::newRow("a layer twice") << QStringList{u"Scale A,Scale A"_s} << QStringList{u"Scale A"_s};
     QTest::newRow("beginning") << QStringList{u"Scale*"_s} << QStringList{u"Scale A"_s, u"Scale B"_s};
     QTest::newRow("number") << QStringList{u"2"_s} << QStringList{u"Scale B"_s};
     QTest::newRow("joined") << QStringList{u"All of it=Scale B,Scale A"_s} << QStringList{u"All of it"_s};
@@ -162,6 +163,14 @@ void tst_ExporterTables::refusesChoices_data()
     QTest::newRow("empty name") << u" =Low"_s << QByteArray("There is no layer \"=Low\".");
     QTest::newRow("no scale") << u"Figure"_s
                               << QByteArray("The layer \"Figure\" has no scale: its increment is 0.");
+    QTest::newRow("no divisions") << u"Empty"_s
+                                  << QByteArray(
+                                         "The layer \"Empty\" has no scale: it has no primary divisions.");
+    QTest::newRow("increment too small")
+        << u"Huge"_s
+        << QByteArray(
+               "The layer \"Huge\" has no scale: its values or angles are not finite, or its increment "
+               "does not change the value.");
     QTest::newRow("values") << u"All=Low,Far"_s
                             << QByteArray(
                                    "The layers \"Low\" and \"Far\" do not meet: the values of one end at 2, "
@@ -177,10 +186,12 @@ void tst_ExporterTables::refusesChoices()
 {
     QFETCH(const QString, choice);
     QFETCH(const QByteArray, error);
+    gaugeLayer empty = layer(u"Empty"_s, 0.0, 1.0, 0.0, 90.0);
+    empty.data.divisionCount[0] = 0;
     writeLayers(u"Dial.gauge"_s,
-                {layer(u"Low"_s, 0.0, 1.0, 0.0, 90.0), layer(u"Far"_s, 3.0, 1.0, 90.0, 90.0),
-                 layer(u"Off"_s, 2.0, 1.0, 90.6, 90.0), layer(u"Figure"_s, 7.0, 0.0, 0.0, 90.0),
-                 layer(u"Low again"_s, 0.0, 1.0, 0.0, 90.0)});
+                {layer(u"Low"_s, 0.0, 1.0, 0.0, 90.0), empty, layer(u"Huge"_s, 1e300, 1.0, 0.0, 90.0),
+                 layer(u"Far"_s, 3.0, 1.0, 90.0, 90.0), layer(u"Off"_s, 2.0, 1.0, 90.6, 90.0),
+                 layer(u"Figure"_s, 7.0, 0.0, 0.0, 90.0), layer(u"Low again"_s, 0.0, 1.0, 0.0, 90.0)});
     const ExporterRun result = run({u"-f"_s, u"json"_s, u"--scale"_s, choice, u"Dial.gauge"_s});
     QCOMPARE(result.status, 1);
     QVERIFY2(result.err.contains(error), result.err.constData());

@@ -76,6 +76,9 @@ void tst_FitCommandLine::refusesWrongUsage_data()
     rows(u"--layers needs the name of a layer"_s, {"t --check f --layers ''"});
     rows(u"--range-radius and --range-width need --range"_s,
          {"t -o g --range-radius 1", "t -o g --range-width 1"});
+    rows(u"--range is given more than 100 times"_s,
+         {"t -o g" + QByteArray(" --range red:1:2").repeated(101)});
+    rows(u"\"\ufffd\" is not UTF-8"_s, {"\xff -o g"});
     rows(u"--layers needs --check"_s, {"t -o g --layers a"});
     rows(u"--check writes nothing; --output cannot be given too"_s, {"t -o g --check f"});
     rows(u"--check writes nothing; --labels cannot be given too"_s, {"t --labels 1 --check f"});

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void readsAndWritesStandardStreams();
     void filesCanBeNamedLikeStandardStreams();
     void refusesToReplaceFiles();
+    void refusesUnknownOptions();
     void replacesNoInput_data();
     void replacesNoInput();
     void namesTheFileAndTheFault_data();
@@ -51,6 +52,7 @@ private Q_SLOTS:
     void writesTheCurveAsATable_data();
     void writesTheCurveAsATable();
     void replacesNeitherFileIfOneExists();
+    void refusesOneFileForBoth();
     void keepsBothFilesIfOneExists_data();
     void keepsBothFilesIfOneExists();
     void reportsOnOneScreen();
@@ -172,6 +174,14 @@ void tst_FitProgram::refusesToReplaceFiles()
     QVERIFY(!gauge().isEmpty());
 }
 
+void tst_FitProgram::refusesUnknownOptions()
+{
+    const ProgramRun fit = run("line.csv -o g.gauge --nonsense");
+    QCOMPARE(fit.status, 2);
+    QVERIFY(fit.err.startsWith("corvalence-fit: Unknown option 'nonsense'."));
+    QVERIFY(!files().contains(u"g.gauge"_s));
+}
+
 void tst_FitProgram::replacesNoInput_data()
 {
     QTest::addColumn<QString>("arguments");
@@ -232,6 +242,9 @@ void tst_FitProgram::namesTheFileAndTheFault_data()
     row("line.csv --into s.gauge --replace Nix",
         "s.gauge: There is no layer \"Nix\". The layers are \"Look\".");
     row("line.csv --check none.gauge", "none.gauge: No such file or directory");
+    row("bad.csv --check s.gauge", "bad.csv: line 3: the value 1 has the angle 3 here and 2 at line 2");
+    row("line.csv --check s.gauge --layers Nix",
+        "s.gauge: There is no layer \"Nix\". The layers are \"Look\".");
     row("line.csv --check blank.gauge", "blank.gauge: It has no label that could be checked.");
     row("line.csv --check many.gauge",
         "many.gauge: It has 2000000001 labels, more than the limit of 1000000.");
@@ -462,6 +475,16 @@ void tst_FitProgram::replacesNeitherFileIfOneExists()
     QVERIFY(!files().contains(u"g.gauge"_s));
     QCOMPARE(run("line.csv -o g.gauge --table t.h --overwrite").status, 0);
     QVERIFY(read(u"t.h"_s).contains("g_tenths("));
+}
+
+void tst_FitProgram::refusesOneFileForBoth()
+{
+    write(u"g.gauge"_s, "mine");
+    QVERIFY(QFile::link(u"g.gauge"_s, path(u"t.h"_s)));
+    const ProgramRun fit = run("line.csv -o g.gauge --table t.h --overwrite");
+    QCOMPARE(fit.err, QByteArray("corvalence-fit: g.gauge and t.h are the same file.\n"));
+    QCOMPARE(fit.status, 1);
+    QCOMPARE(read(u"g.gauge"_s), QByteArray("mine"));
 }
 
 void tst_FitProgram::keepsBothFilesIfOneExists_data()

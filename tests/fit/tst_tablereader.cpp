@@ -71,7 +71,7 @@ void tst_TableReader::readsTables_data()
     row("a flat part", "0,0\n1,5\n2,5\n3,9\n", {{0.0, 0.0}, {1.0, 5.0}, {2.0, 5.0}, {3.0, 9.0}});
     row("several turns", "0,0\n10,1000\n", {{0.0, 0.0}, {10.0, 1000.0}});
     row("XML",
-        xmlTable("<interpolation><entry><ind>0</ind><dep>-45</dep></entry>\n"
+        xmlTable("<interpolation><note/><entry><ind>0</ind><dep>-45</dep></entry>\n"
                  "<entry><ind> 1.5 </ind><dep>0</dep><note/></entry>"
                  "<entry><ind>10</ind><dep>45</dep></entry></interpolation><other><entry/></other>"),
         rising);
@@ -229,6 +229,8 @@ void tst_TableReader::refusesFaults_data()
     row("XML with a line break in a number",
         xmlTable("<interpolation><entry><ind>1\n2</ind><dep>2</dep></entry></interpolation>"),
         u"line 3: \"1 2\" is not a number"_s);
+    row("XML that ends early", "<PropertyList>\n<interpolation><entry><ind>1</ind>",
+        u"line 2: Premature end of document."_s);
     row("JSON without scales", "{}",
         u"line 1: the JSON is no table of one scale: \"scales\" has 0 elements"_s);
     row("JSON of two scales", "{\"scales\": [{}, {}]}",

@@ -1,6 +1,7 @@
 #include "model/gaugefile.h"
 #include "support/namedvalues.h"
 #include "support/programrun.h"
+#include "support/terminal.h"
 #include "support/testmain.h"
 #include "support/warnings.h"
 
@@ -25,6 +26,8 @@ private Q_SLOTS:
     void makesPages();
     void makesTheSameBytesAgain();
     void writesToStandardOutput();
+    void refusesToWriteToATerminal();
+    void refusesUnknownOptions();
     void makesNoSheetWithoutEveryGauge();
     void namesTheLargestDialThatFits();
     void replacesOnlyWhenTold();
@@ -98,6 +101,25 @@ void tst_SheetProgram::writesToStandardOutput()
     QVERIFY(result.out.trimmed().endsWith("%%EOF"));
     QCOMPARE(result.err, QByteArray());
     QCOMPARE(result.status, 0);
+}
+
+void tst_SheetProgram::refusesToWriteToATerminal()
+{
+    const Terminal terminal(80);
+    if (!terminal.isOpen())
+        QSKIP("The system has no pseudo-terminals.");
+    const ProgramRun result = run("-o /dev/stdout Clock.gauge", {.standardOutput = terminal.path()});
+    QCOMPARE(result.status, 2);
+    QVERIFY(result.err.contains("standard output is a terminal"));
+    QCOMPARE(terminal.takeText(), QByteArray());
+}
+
+void tst_SheetProgram::refusesUnknownOptions()
+{
+    const ProgramRun result = run("-o x.pdf --nonsense Clock.gauge");
+    QCOMPARE(result.status, 2);
+    QVERIFY(result.err.startsWith("corvalence-sheet: Unknown option 'nonsense'."));
+    QCOMPARE(result.out, QByteArray());
 }
 
 void tst_SheetProgram::makesNoSheetWithoutEveryGauge()
