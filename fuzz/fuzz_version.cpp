@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int maxDepth = 256;
+constexpr int maxElementDepth = 256;
 
 /// What a stream reader finds in a description. The code under test uses QDomDocument.
 struct Content
@@ -69,13 +69,13 @@ void checkDescription(const QByteArray &xml, const std::optional<VersionDescript
     const Content content = readContent(xml);
     if (!description) {
         // QDomDocument rejects some documents that the stream reader accepts, such as two document types.
-        require(!content.isWellFormed || content.depth > maxDepth || content.hasInternalSubset ||
+        require(!content.isWellFormed || content.depth > maxElementDepth || content.hasInternalSubset ||
                     !QDomDocument().setContent(xml),
                 "well-formed XML within the limits is read");
         return;
     }
     require(content.isWellFormed, "XML that is not well-formed is rejected");
-    require(content.depth <= maxDepth, "deep nesting is rejected");
+    require(content.depth <= maxElementDepth, "deep nesting is rejected");
     require(!content.hasInternalSubset, "a document type with an internal subset is rejected");
     for (const auto &[name, text] : {std::pair("version", description->version),
                                      {"url_lin", description->downloadUrl},

@@ -14,8 +14,6 @@ const QList<QPointF> unequalSteps{{-2.0, -45.0}, {0.0, -40.0}, {0.5, 10.0}, {7.0
 
 } // namespace
 
-Q_DECLARE_METATYPE(ScaleCurve::Kind)
-
 /// The curve through measured points.
 class tst_ScaleCurve : public QObject
 {
