@@ -45,7 +45,7 @@ QString keepLayers(const QStringList &wanted, QList<gaugeLayer> &layers)
     QList<bool> isSelected(layers.size(), false);
     for (const QString &value : wanted) {
         QList<qsizetype> rows;
-        const QString failure = selectLayers(value, layers, rows);
+        QString failure = selectLayers(value, layers, rows);
         if (!failure.isEmpty())
             return failure;
         for (const qsizetype row : std::as_const(rows))
