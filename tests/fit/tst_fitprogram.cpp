@@ -48,6 +48,7 @@ private Q_SLOTS:
     void takesTheLookOfALayer_data();
     void takesTheLookOfALayer();
     void replacesLayersOfAGauge();
+    void keepsTheCirclesOfReplacedLayers();
     void drawsRangesBelowTheScale();
     void writesTheCurveAsATable_data();
     void writesTheCurveAsATable();
@@ -55,6 +56,7 @@ private Q_SLOTS:
     void refusesOneFileForBoth();
     void keepsBothFilesIfOneExists_data();
     void keepsBothFilesIfOneExists();
+    void reportsATableThatCannotBeWritten();
     void reportsOnOneScreen();
     void reportsStrangeNamesOnOneLine();
     void reportsLongNamesOnOneScreen();
@@ -426,6 +428,23 @@ void tst_FitProgram::replacesLayersOfAGauge()
     QCOMPARE(layers.first().data.arcRadius[0], 0.3);
 }
 
+void tst_FitProgram::keepsTheCirclesOfReplacedLayers()
+{
+    gaugeData replaced;
+    replaced.arcAngleLength = {360.0, 0.0, 0.0, 0.0};
+    replaced.arcRadius[0] = 0.3;
+    gaugeData style = replaced;
+    style.arcRadius[0] = 0.9;
+    style.divisionInnerRadius[0] = 0.5;
+    write(u"panel.gauge"_s, gaugeFile::write({{u"Old"_s, replaced}}));
+    write(u"s.gauge"_s, gaugeFile::write({{u"Style"_s, style}}));
+    QCOMPARE(run("line.csv --into panel.gauge --replace Old --style s.gauge -o g.gauge").status, 0);
+    const gaugeData fitted = gauge().first().data;
+    QCOMPARE(fitted.divisionInnerRadius[0], 0.5);
+    QCOMPARE(fitted.arcAngleLength[0], 360.0);
+    QCOMPARE(fitted.arcRadius[0], 0.3);
+}
+
 void tst_FitProgram::drawsRangesBelowTheScale()
 {
     QCOMPARE(run("line.csv --step 50 --range red:80:100 --range #00ff00:40:20 --range blue:0:1 --range "
@@ -506,6 +525,14 @@ void tst_FitProgram::keepsBothFilesIfOneExists()
     QCOMPARE(fit.err, QByteArray()); // no report of a gauge that was not made
     QCOMPARE(files(), before);
     QCOMPARE(read(existing), QByteArray("mine"));
+}
+
+void tst_FitProgram::reportsATableThatCannotBeWritten()
+{
+    const ProgramRun fit = run("line.csv -o g.gauge --table line.csv/t.xml");
+    QCOMPARE(fit.status, 1);
+    QCOMPARE(fit.err, QByteArray("corvalence-fit: The folder line.csv cannot be created: Not a directory\n"));
+    QVERIFY(files().contains(u"g.gauge"_s));
 }
 
 void tst_FitProgram::reportsOnOneScreen()

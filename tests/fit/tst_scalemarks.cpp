@@ -63,6 +63,7 @@ void tst_ScaleMarks::roundSteps_data()
     QTest::newRow("fives") << -5.0 << 10.0 << 4 << QList<double>{-5.0, 0.0, 5.0, 10.0};
     QTest::newRow("tenths") << 0.11 << 0.39 << 3 << QList<double>{0.2, 0.3};
     QTest::newRow("too close") << 0.0 << smallestDouble << 12 << QList<double>{};
+    QTest::newRow("no range") << 2.0 << 2.0 << 5 << QList<double>{};
     QTest::newRow("thousands") << 0.0 << 4999.0 << 5 << QList<double>{0.0, 1000.0, 2000.0, 3000.0, 4000.0};
 }
 
